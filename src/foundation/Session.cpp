@@ -1,0 +1,7 @@
+#include "foundation/Session.h"
+
+Session &session()
+{
+    static Session s;
+    return s;
+}

@@ -1,0 +1,203 @@
+#pragma once
+
+#include "foundation/ConnectionProfile.h"
+#include "foundation/Money.h"
+
+#include <QDate>
+#include <QHash>
+#include <QSqlDatabase>
+#include <QStringList>
+#include <QVariant>
+#include <QVector>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <stdexcept>
+
+// A failed database operation: the words the database gave, and the
+// statement it was running.
+class DbError : public std::runtime_error
+{
+public:
+    DbError(const QString &driverText, const QString &sql = QString());
+    QString driverText() const { return m_driverText; }
+    QString sql() const { return m_sql; }
+    // True when the database refused a row because a unique key holds it
+    // already (a duplicate code or name saved by two workstations at once).
+    bool isUniqueViolation() const;
+
+private:
+    QString m_driverText;
+    QString m_sql;
+};
+
+// One row read from a query. Column names are matched without regard to
+// case (PostgreSQL hands them back in lower case).
+class Row
+{
+public:
+    Row() = default;
+    Row(std::shared_ptr<const QHash<QString, int>> index, QVector<QVariant> values);
+
+    int columnCount() const { return m_values.size(); }
+    int indexOf(const QString &column) const;
+    bool has(const QString &column) const { return indexOf(column) >= 0; }
+
+    QVariant value(int i) const { return i >= 0 && i < m_values.size() ? m_values.at(i) : QVariant(); }
+    QVariant value(const QString &column) const;
+    bool isNull(const QString &column) const;
+    bool isNull(int i) const;
+
+    QString text(const QString &column) const;          // null reads as ""
+    QString text(int i) const;
+    std::optional<Money> money(const QString &column) const; // null reads as nothing
+    std::optional<Money> money(int i) const;
+    Money moneyOrZero(const QString &column) const { return money(column).value_or(Money()); }
+    QDate date(const QString &column) const;            // null reads as an invalid date
+    QDate date(int i) const;
+    qint64 integer(const QString &column, qint64 ifNull = 0) const;
+    qint64 integer(int i, qint64 ifNull = 0) const;
+    double number(const QString &column) const;
+
+    const QVector<QVariant> &values() const { return m_values; }
+
+private:
+    std::shared_ptr<const QHash<QString, int>> m_index;
+    QVector<QVariant> m_values;
+};
+
+// All rows of a query, read into memory.
+class QueryResult
+{
+public:
+    QStringList columns;
+    QVector<Row> rows;
+
+    bool isEmpty() const { return rows.isEmpty(); }
+    int size() const { return rows.size(); }
+    const Row &at(int i) const { return rows.at(i); }
+    const Row &first() const { return rows.first(); }
+    QVector<Row>::const_iterator begin() const { return rows.cbegin(); }
+    QVector<Row>::const_iterator end() const { return rows.cend(); }
+};
+
+// The one connection of a workstation to its account year. Every statement
+// the program runs goes through here, and values only ever reach SQL as
+// bound parameters: positional ("?") with a QVariantList, or named
+// (":name") with a QVariantMap. Money, QDate and text bind as themselves;
+// this class converts them for the engine underneath.
+//
+// Opening a session also makes its private work tables (the staging tables
+// for documents being typed) and registers the SQL functions the views use.
+class SessionConnection
+{
+public:
+    enum class Dialect { SQLite, PostgreSQL };
+
+    struct OpenOptions
+    {
+        bool prepareSession = true;   // private staging tables and SQL functions
+        QString password;             // overrides the profile's password when set
+    };
+
+    // Opens the account year `database` of `profile`. Throws DbError with
+    // the driver's words when it cannot.
+    static std::unique_ptr<SessionConnection> open(const ConnectionProfile &profile,
+                                                   const QString &database);
+    static std::unique_ptr<SessionConnection> open(const ConnectionProfile &profile,
+                                                   const QString &database,
+                                                   const OpenOptions &options);
+    // The server's maintenance database (for listing, creating, dropping
+    // account years). PostgreSQL only.
+    static std::unique_ptr<SessionConnection> openMaintenance(const ConnectionProfile &profile,
+                                                              const QString &password = QString());
+
+    ~SessionConnection();
+    SessionConnection(const SessionConnection &) = delete;
+    SessionConnection &operator=(const SessionConnection &) = delete;
+
+    Dialect dialect() const { return m_dialect; }
+    bool isSQLite() const { return m_dialect == Dialect::SQLite; }
+    bool isPostgres() const { return m_dialect == Dialect::PostgreSQL; }
+    QString databaseName() const { return m_databaseName; }
+    const ConnectionProfile &profile() const { return m_profile; }
+    QSqlDatabase &database() { return m_db; }
+
+    QueryResult select(const QString &sql, const QVariantList &params = {});
+    QueryResult select(const QString &sql, const QVariantMap &params);
+    std::optional<Row> selectOne(const QString &sql, const QVariantList &params = {});
+    std::optional<Row> selectOne(const QString &sql, const QVariantMap &params);
+    // First column of the first row; a null QVariant when there is no row
+    // or the value is null (so a SUM over no rows is "no value", not 0).
+    QVariant scalar(const QString &sql, const QVariantList &params = {});
+    QVariant scalar(const QString &sql, const QVariantMap &params);
+    std::optional<Money> scalarMoney(const QString &sql, const QVariantList &params = {});
+
+    // Runs a writing statement; returns the number of rows it touched.
+    int execute(const QString &sql, const QVariantList &params = {});
+    int execute(const QString &sql, const QVariantMap &params);
+    // Runs an INSERT into a table with an identity `SrNo` and returns the
+    // new key.
+    qint64 insertReturningKey(const QString &sql, const QVariantList &params,
+                              const QString &keyColumn = QStringLiteral("SrNo"));
+
+    // Transactions nest: the outermost begins and commits, inner ones are
+    // savepoints. Use the Transaction guard rather than these.
+    void begin();
+    void commit();
+    void rollback();
+    int transactionDepth() const { return m_depth; }
+
+    // The report period read by the period views through ReportSDate() and
+    // ReportEDate(). It belongs to this session alone.
+    void setReportPeriod(const QDate &from, const QDate &to);
+    QDate reportFrom() const { return m_reportFrom; }
+    QDate reportTo() const { return m_reportTo; }
+
+    // For tests: called with each statement before it runs; may throw
+    // DbError to make that statement fail.
+    void setStatementHook(std::function<void(const QString &sql)> hook) { m_hook = std::move(hook); }
+
+    // The value as it should be bound for this engine.
+    QVariant toBindable(const QVariant &value) const;
+
+    // "Case-insensitive LIKE" and other small dialect differences.
+    QString likeOperatorCaseInsensitive() const { return isPostgres() ? QStringLiteral("ILIKE") : QStringLiteral("LIKE"); }
+
+private:
+    SessionConnection() = default;
+    struct PreparedCache;
+
+    template <typename Params>
+    QueryResult run(const QString &sql, const Params &params, bool wantRows, int *affected);
+    void prepareSession();
+    void runDirect(const QString &sql);
+
+    QSqlDatabase m_db;
+    QString m_connectionName;
+    QString m_databaseName;
+    ConnectionProfile m_profile;
+    Dialect m_dialect = Dialect::SQLite;
+    int m_depth = 0;
+    QDate m_reportFrom;
+    QDate m_reportTo;
+    std::function<void(const QString &)> m_hook;
+    std::unique_ptr<PreparedCache> m_cache;
+};
+
+// Scoped transaction: rolls back unless commit() was called. Nested guards
+// become savepoints, so a rule that writes in a transaction can be called
+// from another that has one open.
+class Transaction
+{
+public:
+    explicit Transaction(SessionConnection &session);
+    ~Transaction();
+    void commit();
+    Transaction(const Transaction &) = delete;
+    Transaction &operator=(const Transaction &) = delete;
+
+private:
+    SessionConnection &m_session;
+    bool m_done = false;
+};

@@ -1,0 +1,117 @@
+// tessel-admin: lists, creates, upgrades and removes account years.
+#include "foundation/AccountYear.h"
+#include "foundation/CommandLine.h"
+#include "foundation/Schema.h"
+#include "foundation/SessionConnection.h"
+
+#include <QCommandLineParser>
+#include <QCoreApplication>
+#include <QTextStream>
+
+namespace {
+
+int fail(const QString &message, int code = 1)
+{
+    QTextStream(stderr) << "tessel-admin: " << message << "\n";
+    return code;
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    QCoreApplication app(argc, argv);
+    QCoreApplication::setApplicationName(QStringLiteral("tessel-admin"));
+    QCoreApplication::setApplicationVersion(QStringLiteral(TESSEL_VERSION));
+
+    QCommandLineParser parser;
+    parser.setApplicationDescription(QStringLiteral(
+        "Account years of Tessel.\n\n"
+        "Commands:\n"
+        "  list                 the account years of the profile\n"
+        "  create NAME          a new account year with its fixed accounts and administrator\n"
+        "  upgrade NAME         bring an older account year's schema up to date\n"
+        "  drop NAME            remove an account year for good"));
+    parser.addHelpOption();
+    parser.addVersionOption();
+    QCommandLineOption profileOpt(QStringLiteral("profile"), QStringLiteral("Connection profile (default: the embedded store)."), QStringLiteral("name"));
+    QCommandLineOption configOpt(QStringLiteral("config"), QStringLiteral("Settings file (default: TESSEL_CONFIG or the user's config folder)."), QStringLiteral("file"));
+    QCommandLineOption userOpt(QStringLiteral("user"), QStringLiteral("Administrator of a new year (default ADMIN)."), QStringLiteral("name"), QStringLiteral("ADMIN"));
+    QCommandLineOption passwordOpt(QStringLiteral("password"), QStringLiteral("Administrator's password (asked when left out)."), QStringLiteral("password"));
+    QCommandLineOption closingOpt(QStringLiteral("closing-date"), QStringLiteral("Closing date of a new year, dd/mm/yyyy."), QStringLiteral("date"));
+    QCommandLineOption companyOpt(QStringLiteral("company"), QStringLiteral("Company name for the reports' letterhead."), QStringLiteral("name"));
+    QCommandLineOption yesOpt(QStringLiteral("yes"), QStringLiteral("Do not ask before dropping."));
+    parser.addOptions({profileOpt, configOpt, userOpt, passwordOpt, closingOpt, companyOpt, yesOpt});
+    parser.addPositionalArgument(QStringLiteral("command"), QStringLiteral("list, create, upgrade or drop"));
+    parser.addPositionalArgument(QStringLiteral("name"), QStringLiteral("Account-year name, beginning with Tessel"), QStringLiteral("[name]"));
+    parser.process(app);
+
+    const QStringList args = parser.positionalArguments();
+    if (args.isEmpty())
+        return fail(QStringLiteral("a command is needed: list, create, upgrade or drop (see --help)."), 2);
+    const QString command = args.at(0);
+
+    ConnectionProfile profile;
+    QString error;
+    if (!CommandLine::resolveProfile(parser.value(profileOpt), parser.value(configOpt), profile, error))
+        return fail(error, 2);
+
+    try {
+        if (command == QLatin1String("list")) {
+            QTextStream out(stdout);
+            for (const QString &name : AccountYear::list(profile))
+                out << name << "\n";
+            return 0;
+        }
+        if (args.size() < 2)
+            return fail(QStringLiteral("%1 needs the account-year name.").arg(command), 2);
+        const QString name = args.at(1);
+        if (!AccountYear::isValidName(name))
+            return fail(QStringLiteral("\"%1\" is not an account-year name: it must begin with \"Tessel\" and hold "
+                                       "only letters, digits and underscores.").arg(name), 2);
+
+        if (command == QLatin1String("create")) {
+            AccountYear::CreateOptions o;
+            o.adminUser = parser.value(userOpt);
+            o.companyName = parser.value(companyOpt);
+            o.adminPassword = parser.isSet(passwordOpt) ? parser.value(passwordOpt)
+                                                        : CommandLine::promptPassword(QStringLiteral("Password for %1: ").arg(o.adminUser));
+            if (parser.isSet(closingOpt)) {
+                o.closingDate = QDate::fromString(parser.value(closingOpt), QStringLiteral("dd/MM/yyyy"));
+                if (!o.closingDate.isValid())
+                    return fail(QStringLiteral("the closing date must be a real date written dd/mm/yyyy."), 2);
+            }
+            AccountYear::create(profile, name, o);
+            QTextStream(stdout) << "Created " << name << " on " << profile.name << ".\n";
+            return 0;
+        }
+        if (command == QLatin1String("upgrade")) {
+            auto s = SessionConnection::open(profile, name);
+            const QString stamp = Schema::storedStamp(*s);
+            if (Schema::compareStamp(stamp) == Schema::VersionCheck::Newer)
+                return fail(QStringLiteral("%1 was made by a newer program (schema %2, this program %3).")
+                                .arg(name, stamp, QString::fromLatin1(Schema::kStamp)), 1);
+            Schema::ensure(*s);
+            QTextStream(stdout) << name << " is up to date (schema " << Schema::kStamp << ").\n";
+            return 0;
+        }
+        if (command == QLatin1String("drop")) {
+            if (!AccountYear::exists(profile, name))
+                return fail(QStringLiteral("there is no account year %1 on %2.").arg(name, profile.name), 1);
+            if (!parser.isSet(yesOpt)) {
+                const QString answer = CommandLine::promptPassword(
+                    QStringLiteral("Type the name %1 to remove it for good: ").arg(name));
+                if (answer.trimmed() != name)
+                    return fail(QStringLiteral("nothing was removed."), 1);
+            }
+            AccountYear::drop(profile, name);
+            QTextStream(stdout) << "Removed " << name << ".\n";
+            return 0;
+        }
+        return fail(QStringLiteral("unknown command \"%1\" (see --help).").arg(command), 2);
+    } catch (const AccountYear::Error &e) {
+        return fail(e.message(), 1);
+    } catch (const DbError &e) {
+        return fail(QStringLiteral("the database said: %1").arg(e.driverText()), 1);
+    }
+}
