@@ -128,6 +128,8 @@ const QVector<Table> &stagingTables()
         QVector<Table> t;
         QVector<Column> pb = asStaging(partyBalanceColumns());
         pb << K("DBCR") << M("EmployeeSalary") << M("TotalDr");
+        // The post-dated cheque a voucher line settles when the voucher is saved.
+        pb << I("ChequeNo") << T("ChequeDesc");
         t.append({QStringLiteral("tblPartyBalanceEmpty"), pb});
         QVector<Column> inv = asStaging(invoiceColumns());
         inv << K("Remarks");

@@ -1,0 +1,175 @@
+#include "vouchers/LedgerWriter.h"
+
+#include "foundation/SessionConnection.h"
+
+#include <QStringList>
+
+namespace {
+
+const QString kInsertHead = QStringLiteral(
+    "INSERT INTO tblPartyBalance (RecordNo, VoucherType, VoucherNo, VDate, InvoiceNo, PartyCode, PartyName, "
+    "PartyDR, PartyCR, PartyBalance, PartyDesc, CareOf, UserName, EntryDate) VALUES ");
+const QString kRowPlaces = QStringLiteral("(?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)");
+
+QVariant nullableText(const QString &s)
+{
+    return s.isNull() ? QVariant(QMetaType::fromType<QString>()) : QVariant(s);
+}
+
+void appendParams(QVariantList &p, const LedgerRow &r, const QString &user, const QDate &entryDate)
+{
+    p << (r.recordNo ? QVariant(*r.recordNo) : QVariant(QMetaType::fromType<qlonglong>()))
+      << r.voucherType << r.voucherNo << r.vDate << nullableText(r.invoiceNo) << r.partyCode << r.partyName
+      << r.partyDR.toVariant() << r.partyCR.toVariant() << r.partyBalance().toVariant() << nullableText(r.partyDesc)
+      << nullableText(r.careOf) << user << entryDate;
+}
+
+// A stable number for a voucher type, the same on every workstation.
+int seriesKey(const QString &type)
+{
+    quint32 h = 2166136261u;
+    for (const QChar c : type.trimmed().toUpper()) {
+        h ^= c.unicode();
+        h *= 16777619u;
+    }
+    return static_cast<int>(h & 0x7fffffff);
+}
+
+} // namespace
+
+LedgerRow LedgerRow::debit(const VoucherKey &key, const QString &code, const QString &name, Money amount,
+                           const QString &desc, const QString &invoiceNo)
+{
+    LedgerRow r;
+    r.voucherType = key.type;
+    r.voucherNo = key.number;
+    r.vDate = key.date;
+    r.partyCode = code;
+    r.partyName = name;
+    r.partyDR = amount;
+    r.partyDesc = desc;
+    r.invoiceNo = invoiceNo;
+    return r;
+}
+
+LedgerRow LedgerRow::credit(const VoucherKey &key, const QString &code, const QString &name, Money amount,
+                            const QString &desc, const QString &invoiceNo)
+{
+    LedgerRow r = debit(key, code, name, Money(), desc, invoiceNo);
+    r.partyCR = amount;
+    return r;
+}
+
+LedgerWriter::LedgerWriter(SessionConnection &db, const QString &userName, const QDate &entryDate)
+    : m_db(db), m_user(userName), m_entryDate(entryDate)
+{
+}
+
+qint64 LedgerWriter::insert(const LedgerRow &row)
+{
+    QVariantList p;
+    appendParams(p, row, m_user, m_entryDate);
+    return m_db.insertReturningKey(kInsertHead + kRowPlaces, p);
+}
+
+void LedgerWriter::insertMany(const QVector<LedgerRow> &rows)
+{
+    const int chunk = rowsPerStatement();
+    QString fullSql;
+    for (int start = 0; start < rows.size(); start += chunk) {
+        const int n = qMin(chunk, int(rows.size()) - start);
+        QString sql;
+        if (n == chunk && !fullSql.isEmpty()) {
+            sql = fullSql;
+        } else {
+            QStringList places;
+            places.reserve(n);
+            for (int i = 0; i < n; ++i)
+                places << kRowPlaces;
+            sql = kInsertHead + places.join(QStringLiteral(", "));
+            if (n == chunk)
+                fullSql = sql;
+        }
+        QVariantList p;
+        p.reserve(n * 14);
+        for (int i = 0; i < n; ++i)
+            appendParams(p, rows.at(start + i), m_user, m_entryDate);
+        m_db.execute(sql, p);
+    }
+}
+
+bool LedgerWriter::update(qint64 srNo, const VoucherKey &guard, const LedgerRow &r)
+{
+    return m_db.execute(QStringLiteral("UPDATE tblPartyBalance SET InvoiceNo = ?, PartyCode = ?, PartyName = ?, "
+                                       "VoucherType = ?, VoucherNo = ?, VDate = ?, PartyDR = ?, PartyCR = ?, "
+                                       "PartyBalance = ?, PartyDesc = ?, UserName = ?, EntryDate = ? "
+                                       "WHERE SrNo = ? AND VoucherType = ? AND VoucherNo = ? AND VDate = ?"),
+                        {nullableText(r.invoiceNo), r.partyCode, r.partyName, r.voucherType, r.voucherNo, r.vDate,
+                         r.partyDR.toVariant(), r.partyCR.toVariant(), r.partyBalance().toVariant(),
+                         nullableText(r.partyDesc), m_user, m_entryDate, srNo, guard.type, guard.number, guard.date})
+        > 0;
+}
+
+bool LedgerWriter::remove(qint64 srNo, const VoucherKey &guard)
+{
+    return m_db.execute(QStringLiteral("DELETE FROM tblPartyBalance WHERE SrNo = ? AND VoucherType = ? "
+                                       "AND VoucherNo = ? AND VDate = ?"),
+                        {srNo, guard.type, guard.number, guard.date})
+        > 0;
+}
+
+namespace Ledger {
+
+std::optional<Money> accountBalance(SessionConnection &db, const QString &partyCode)
+{
+    return db.scalarMoney(QStringLiteral("SELECT SUM(PartyBalance) FROM tblPartyBalance WHERE PartyCode = ?"),
+                          {partyCode});
+}
+
+std::optional<Money> accountBalanceBefore(SessionConnection &db, const QString &partyCode, const QDate &date)
+{
+    return db.scalarMoney(QStringLiteral("SELECT SUM(PartyBalance) FROM tblPartyBalance "
+                                         "WHERE PartyCode = ? AND VDate < ?"),
+                          {partyCode, date});
+}
+
+QString balanceText(const std::optional<Money> &balance)
+{
+    if (!balance)
+        return QString();
+    if (balance->isNegative())
+        return balance->abs().toFieldString() + QStringLiteral(" CR");
+    return balance->toFieldString() + QStringLiteral(" DR");
+}
+
+qint64 nextVoucherNo(SessionConnection &db, const QString &voucherType)
+{
+    const QVariant v = db.scalar(QStringLiteral("SELECT MAX(VoucherNo) FROM tblPartyBalance WHERE VoucherType = ?"),
+                                 {voucherType});
+    return v.isNull() ? 1 : v.toLongLong() + 1;
+}
+
+bool voucherNumberTaken(SessionConnection &db, const QString &voucherType, qint64 number,
+                        const std::optional<VoucherKey> &except)
+{
+    if (!except) {
+        return db.selectOne(QStringLiteral("SELECT SrNo FROM tblPartyBalance WHERE VoucherType = ? AND VoucherNo = ? "
+                                           "LIMIT 1"),
+                            {voucherType, number})
+            .has_value();
+    }
+    return db.selectOne(QStringLiteral("SELECT SrNo FROM tblPartyBalance WHERE VoucherType = ? AND VoucherNo = ? "
+                                       "AND NOT (VoucherType = ? AND VoucherNo = ? AND VDate = ?) LIMIT 1"),
+                        {voucherType, number, except->type, except->number, except->date})
+        .has_value();
+}
+
+void lockVoucherSeries(SessionConnection &db, const QString &voucherType)
+{
+    if (!db.isPostgres())
+        return;
+    db.select(QStringLiteral("SELECT pg_advisory_xact_lock(CAST(? AS INTEGER), CAST(? AS INTEGER))"),
+              {7301, seriesKey(voucherType)});
+}
+
+} // namespace Ledger

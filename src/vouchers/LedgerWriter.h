@@ -1,0 +1,102 @@
+#pragma once
+
+#include "foundation/Money.h"
+
+#include <QDate>
+#include <QString>
+#include <QVector>
+#include <optional>
+
+class SessionConnection;
+
+// Where a voucher stands in the ledger: its type, number and date. The
+// ledger has no header table; these three columns are the voucher.
+struct VoucherKey
+{
+    QString type;
+    qint64 number = 0;
+    QDate date;
+
+    bool operator==(const VoucherKey &o) const { return type == o.type && number == o.number && date == o.date; }
+    bool operator!=(const VoucherKey &o) const { return !(*this == o); }
+};
+
+// One row of tblPartyBalance as a posting writes it. A row has one side:
+// a debit row has PartyDR = amount and PartyCR = 0, a credit row the
+// reverse, and PartyBalance is always PartyDR - PartyCR.
+struct LedgerRow
+{
+    QString voucherType;
+    qint64 voucherNo = 0;
+    QDate vDate;
+    QString invoiceNo;
+    QString partyCode;
+    QString partyName;
+    Money partyDR;
+    Money partyCR;
+    QString partyDesc;
+    std::optional<qint64> recordNo; // line number of PS / CS vouchers
+    QString careOf;                  // opening and other-services rows
+
+    Money partyBalance() const { return partyDR - partyCR; }
+
+    static LedgerRow debit(const VoucherKey &key, const QString &code, const QString &name, Money amount,
+                           const QString &desc = QString(), const QString &invoiceNo = QString());
+    static LedgerRow credit(const VoucherKey &key, const QString &code, const QString &name, Money amount,
+                            const QString &desc = QString(), const QString &invoiceNo = QString());
+};
+
+// Writes ledger rows stamped with the user and the entry date. Every
+// posting of the program goes through here; the caller holds the
+// transaction.
+class LedgerWriter
+{
+public:
+    LedgerWriter(SessionConnection &db, const QString &userName, const QDate &entryDate);
+
+    // One row; returns the SrNo the database gave it.
+    qint64 insert(const LedgerRow &row);
+    // Many rows in the order given (SrNo rises with it), a few hundred rows
+    // a statement: this is the path for bulk work.
+    void insertMany(const QVector<LedgerRow> &rows);
+    // Rewrites the row `srNo` of the voucher `guard`; returns false when no
+    // such row stands in the ledger any more.
+    bool update(qint64 srNo, const VoucherKey &guard, const LedgerRow &row);
+    // Removes the row `srNo` of the voucher `guard`; false when not found.
+    bool remove(qint64 srNo, const VoucherKey &guard);
+
+    static int rowsPerStatement() { return 400; }
+
+private:
+    SessionConnection &m_db;
+    QString m_user;
+    QDate m_entryDate;
+};
+
+// Look-ups on the ledger that the posting screens share.
+namespace Ledger {
+
+inline const QString kCashCode = QStringLiteral("19-10-001");
+inline const QString kCashName = QStringLiteral("CASH IN HAND");
+
+// Sum(PartyBalance) of an account: positive is DR. Nothing when the
+// account has no row.
+std::optional<Money> accountBalance(SessionConnection &db, const QString &partyCode);
+// The same over the rows dated before `date`.
+std::optional<Money> accountBalanceBefore(SessionConnection &db, const QString &partyCode, const QDate &date);
+
+// "{amount} DR" / "{amount} CR", or "" for no rows.
+QString balanceText(const std::optional<Money> &balance);
+
+// Max(VoucherNo)+1 of a type over the whole year; 1 for an empty series.
+qint64 nextVoucherNo(SessionConnection &db, const QString &voucherType);
+// True when a row of another voucher than `except` carries this type and
+// number (any date: a number belongs to its type for the whole year).
+bool voucherNumberTaken(SessionConnection &db, const QString &voucherType, qint64 number,
+                        const std::optional<VoucherKey> &except = std::nullopt);
+// Serialises the numbering of one type among workstations until the
+// current transaction ends (a no-op on the embedded store, whose write
+// transactions are exclusive already). Call inside a Transaction.
+void lockVoucherSeries(SessionConnection &db, const QString &voucherType);
+
+} // namespace Ledger

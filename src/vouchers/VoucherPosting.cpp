@@ -1,0 +1,175 @@
+#include "vouchers/VoucherPosting.h"
+
+#include "foundation/SessionConnection.h"
+#include "vouchers/VoucherStaging.h"
+
+namespace {
+
+PostingOutcome refused(const QString &message, PostingOutcome::Fault fault)
+{
+    PostingOutcome o;
+    o.message = message;
+    o.fault = fault;
+    return o;
+}
+
+void setChequeStatus(SessionConnection &db, const QString &partyCode, const ChequeLink &c, const QString &status)
+{
+    db.execute(QStringLiteral("UPDATE tblPostDatedCheque SET Status = ? WHERE PartyCode = ? AND Description = ? "
+                              "AND VoucherNo = ?"),
+               {status, partyCode, c.description, c.voucherNo});
+}
+
+std::optional<qint64> cashRowSrNo(SessionConnection &db, const VoucherKey &key)
+{
+    auto r = db.selectOne(QStringLiteral("SELECT SrNo FROM tblPartyBalance WHERE VoucherType = ? AND VoucherNo = ? "
+                                         "AND VDate = ? AND PartyCode = ? ORDER BY SrNo"),
+                          {key.type, key.number, key.date, Ledger::kCashCode});
+    if (!r)
+        return std::nullopt;
+    return r->integer(0);
+}
+
+} // namespace
+
+VoucherPosting::VoucherPosting(SessionConnection &db, const QString &userName, const QDate &today)
+    : m_db(db), m_user(userName), m_today(today)
+{
+}
+
+void VoucherPosting::settleCheques(const QVector<VoucherLine> &lines)
+{
+    for (const VoucherLine &l : lines) {
+        if (!l.cheque)
+            continue;
+        setChequeStatus(m_db, l.partyCode, *l.cheque,
+                        l.isLive() ? QStringLiteral("POSTED") : QStringLiteral("POST DATED"));
+    }
+}
+
+PostingOutcome VoucherPosting::postLocked(Voucher &v, NumberPolicy policy)
+{
+    if (auto why = VoucherRules::check(v))
+        return refused(*why, PostingOutcome::Fault::Balance);
+
+    PostingOutcome out;
+    Ledger::lockVoucherSeries(m_db, v.key.type);
+    if (Ledger::voucherNumberTaken(m_db, v.key.type, v.key.number)) {
+        if (policy == NumberPolicy::Typed)
+            return refused(VoucherMessages::kDuplicate, PostingOutcome::Fault::Number);
+        const qint64 next = Ledger::nextVoucherNo(m_db, v.key.type);
+        out.notice = VoucherMessages::numberMoved(v.key.number, next);
+        v.key.number = next;
+    }
+
+    const QVector<LedgerRow> rows = VoucherRules::postingRows(v);
+    LedgerWriter(m_db, m_user, m_today).insertMany(rows);
+    settleCheques(v.lines);
+
+    out.posted = true;
+    out.message = VoucherMessages::kSaved;
+    out.voucherNo = v.key.number;
+    out.rowsWritten = rows.size();
+    return out;
+}
+
+PostingOutcome VoucherPosting::post(Voucher voucher, NumberPolicy policy)
+{
+    Transaction tx(m_db);
+    PostingOutcome out = postLocked(voucher, policy);
+    if (out.posted)
+        tx.commit();
+    return out;
+}
+
+PostingOutcome VoucherPosting::saveNew(const VoucherKey &header, NumberPolicy policy)
+{
+    Transaction tx(m_db);
+    VoucherStaging staging(m_db);
+    Voucher v{header, staging.lines(true)};
+    PostingOutcome out = postLocked(v, policy);
+    if (!out.posted)
+        return out;
+    staging.clear();
+    tx.commit();
+    return out;
+}
+
+PostingOutcome VoucherPosting::saveModified(const VoucherKey &original, const VoucherKey &header)
+{
+    Transaction tx(m_db);
+    VoucherStaging staging(m_db);
+    const QVector<VoucherLine> all = staging.lines(false);
+    Voucher v{header, all};
+    if (auto why = VoucherRules::check(v))
+        return refused(*why, PostingOutcome::Fault::Balance);
+
+    Ledger::lockVoucherSeries(m_db, header.type);
+    if ((header.number != original.number || header.date != original.date || header.type != original.type)
+        && Ledger::voucherNumberTaken(m_db, header.type, header.number, original))
+        return refused(VoucherMessages::kDuplicate, PostingOutcome::Fault::Number);
+
+    LedgerWriter writer(m_db, m_user, m_today);
+    PostingOutcome out;
+    QVector<LedgerRow> inserts;
+    for (const VoucherLine &l : all) {
+        if (l.state == QLatin1String("UPDATE")) {
+            if (!writer.update(l.srNo, original, VoucherRules::rowOfLine(header, l)))
+                return refused(VoucherMessages::kChangedElsewhere, PostingOutcome::Fault::Changed);
+            ++out.rowsWritten;
+        } else if (l.state == QLatin1String("DELETE")) {
+            if (!writer.remove(l.srNo, original))
+                return refused(VoucherMessages::kChangedElsewhere, PostingOutcome::Fault::Changed);
+            ++out.rowsWritten;
+        } else {
+            inserts << VoucherRules::rowOfLine(header, l);
+        }
+    }
+    std::optional<LedgerRow> cash = VoucherRules::cashRow(header, VoucherRules::totals(all));
+    if (cash) {
+        if (auto srNo = cashRowSrNo(m_db, original)) {
+            writer.update(*srNo, original, *cash);
+            ++out.rowsWritten;
+            cash.reset();
+        }
+    }
+    if (cash)
+        inserts << *cash; // a cash voucher that had lost its cash row gets it back
+    writer.insertMany(inserts);
+    out.rowsWritten += inserts.size();
+    settleCheques(all);
+    staging.clear();
+    tx.commit();
+
+    out.posted = true;
+    out.message = VoucherMessages::kModified;
+    out.voucherNo = header.number;
+    return out;
+}
+
+PostingOutcome VoucherPosting::deleteVoucher(const VoucherKey &original)
+{
+    Transaction tx(m_db);
+    VoucherStaging staging(m_db);
+    LedgerWriter writer(m_db, m_user, m_today);
+    PostingOutcome out;
+    for (const VoucherLine &l : staging.lines(false)) {
+        if (l.state == QLatin1String("INSERT"))
+            continue; // never reached the ledger
+        if (writer.remove(l.srNo, original))
+            ++out.rowsWritten;
+    }
+    if (VoucherRules::addsCashRow(original.type)) {
+        out.rowsWritten += m_db.execute(QStringLiteral("DELETE FROM tblPartyBalance WHERE VoucherType = ? AND "
+                                                       "VoucherNo = ? AND VDate = ? AND PartyCode = ?"),
+                                        {original.type, original.number, original.date, Ledger::kCashCode});
+    }
+    staging.clear();
+    m_db.execute(QStringLiteral("DELETE FROM tblPartyBalance WHERE PartyDR = 0 AND PartyCR = 0 AND PartyBalance = 0 "
+                                "AND VoucherType <> 'JV'"));
+    tx.commit();
+    out.posted = true;
+    out.message = VoucherMessages::kDeleted;
+    out.voucherNo = original.number;
+    return out;
+}
