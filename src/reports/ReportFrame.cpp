@@ -1,0 +1,521 @@
+#include "reports/ReportFrame.h"
+
+#include "foundation/ConnectionProfile.h"
+#include "foundation/Session.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QLocale>
+#include <QRegularExpression>
+#include <QSet>
+
+namespace Reports {
+
+QString creditCompanyName() { return QStringLiteral("Tessel accounts and press management"); }
+QString creditContact() { return QStringLiteral("Tessel software support"); }
+
+QHash<QString, QString> HeaderTexts::byName() const
+{
+    return {{QStringLiteral("TLClientName"), clientName},
+            {QStringLiteral("TLClientAddress"), clientAddress},
+            {QStringLiteral("TLClientPhone"), clientPhone},
+            {QStringLiteral("TLClientEmail"), clientEmail},
+            {QStringLiteral("TLClientSaleTaxNo"), clientSaleTaxNo},
+            {QStringLiteral("TLClientNTN"), clientNTN},
+            {QStringLiteral("TLCompanyName"), companyName},
+            {QStringLiteral("TLContact"), contact}};
+}
+
+// ------------------------------------------------------------ conditions
+
+std::optional<ReportCondition> ReportCondition::parse(const QString &text)
+{
+    static const QRegularExpression re(QStringLiteral("^\\s*([A-Za-z_][A-Za-z0-9_]*)\\s*(>=|<=|<>|!=|=|<|>|~)(.*)$"));
+    const auto m = re.match(text);
+    if (!m.hasMatch())
+        return std::nullopt;
+    ReportCondition c;
+    c.field = m.captured(1);
+    const QString op = m.captured(2);
+    if (op == QLatin1String("=")) c.op = Op::Equal;
+    else if (op == QLatin1String("<>") || op == QLatin1String("!=")) c.op = Op::NotEqual;
+    else if (op == QLatin1String("<")) c.op = Op::Less;
+    else if (op == QLatin1String("<=")) c.op = Op::LessOrEqual;
+    else if (op == QLatin1String(">")) c.op = Op::Greater;
+    else if (op == QLatin1String(">=")) c.op = Op::GreaterOrEqual;
+    else c.op = Op::Like;
+    const QString value = m.captured(3);
+    const QDate d = QDate::fromString(value.trimmed(), QStringLiteral("dd/MM/yyyy"));
+    if (d.isValid())
+        c.value = d;
+    else
+        c.value = value;
+    return c;
+}
+
+QString ReportCondition::opText() const
+{
+    switch (op) {
+    case Op::Equal: return QStringLiteral("=");
+    case Op::NotEqual: return QStringLiteral("<>");
+    case Op::Less: return QStringLiteral("<");
+    case Op::LessOrEqual: return QStringLiteral("<=");
+    case Op::Greater: return QStringLiteral(">");
+    case Op::GreaterOrEqual: return QStringLiteral(">=");
+    case Op::Like: return QStringLiteral("LIKE");
+    }
+    return QStringLiteral("=");
+}
+
+// ------------------------------------------------------------ formatting
+
+namespace {
+
+const QLocale &numberLocale()
+{
+    static const QLocale l(QLocale::English, QLocale::UnitedStates);
+    return l;
+}
+
+QString trimRight(QString s)
+{
+    int n = s.size();
+    while (n > 0 && s.at(n - 1).isSpace())
+        --n;
+    s.truncate(n);
+    return s;
+}
+
+QVariant typedValue(const Row &row, int col, FieldFormat f)
+{
+    if (col < 0 || row.isNull(col))
+        return QVariant();
+    switch (f) {
+    case FieldFormat::Money:
+    case FieldFormat::Balance: {
+        const auto m = row.money(col);
+        return m ? QVariant::fromValue(*m) : QVariant();
+    }
+    case FieldFormat::Number: {
+        bool ok = false;
+        const double d = row.value(col).toDouble(&ok);
+        return ok ? QVariant(d) : QVariant();
+    }
+    case FieldFormat::Integer: return QVariant(row.integer(col));
+    case FieldFormat::Date: {
+        const QDate d = row.date(col);
+        return d.isValid() ? QVariant(d) : QVariant();
+    }
+    case FieldFormat::Text: return QVariant(trimRight(row.text(col)));
+    }
+    return QVariant();
+}
+
+} // namespace
+
+QString formatValue(const QVariant &value, FieldFormat format, int decimals, bool blankZero)
+{
+    if (!value.isValid() || value.isNull())
+        return QString();
+    switch (format) {
+    case FieldFormat::Money: {
+        const Money m = value.value<Money>();
+        return blankZero && m.isZero() ? QString() : m.toDisplayString();
+    }
+    case FieldFormat::Balance: {
+        const Money m = value.value<Money>();
+        if (m.isZero())
+            return blankZero ? QString() : Money().toDisplayString();
+        return m.abs().toDisplayString() + (m.isNegative() ? QStringLiteral(" CR") : QStringLiteral(" DR"));
+    }
+    case FieldFormat::Number: {
+        const double d = value.toDouble();
+        if (blankZero && d == 0)
+            return QString();
+        QString s = numberLocale().toString(d, 'f', decimals);
+        if (s.contains(QLatin1Char('.'))) {
+            while (s.endsWith(QLatin1Char('0')))
+                s.chop(1);
+            if (s.endsWith(QLatin1Char('.')))
+                s.chop(1);
+        }
+        return s;
+    }
+    case FieldFormat::Integer: {
+        const qint64 n = value.toLongLong();
+        return blankZero && n == 0 ? QString() : QString::number(n);
+    }
+    case FieldFormat::Date: return value.toDate().toString(QStringLiteral("dd/MM/yyyy"));
+    case FieldFormat::Text: return trimRight(value.toString());
+    }
+    return value.toString();
+}
+
+// ------------------------------------------------------------ frame
+
+QString ReportFrame::userDesignDir()
+{
+    return AppSettings::load().designDir;
+}
+
+QImage ReportFrame::logo()
+{
+    const QString path = QDir(QCoreApplication::applicationDirPath()).filePath(QStringLiteral("Logo.jpg"));
+    QImage img;
+    if (QFile::exists(path))
+        img.load(path); // a damaged file loads as nothing: no logo
+    return img;
+}
+
+HeaderTexts ReportFrame::headerTexts(SessionConnection &db)
+{
+    HeaderTexts h;
+    h.companyName = creditCompanyName();
+    h.contact = creditContact();
+    Session &s = session();
+    if (s.connection.get() == &db && !s.companyName.isEmpty()) {
+        h.clientName = s.companyName;
+        h.clientAddress = s.companyAddress;
+        h.clientPhone = s.companyPhone;
+        h.clientEmail = s.companyEmail;
+        h.clientSaleTaxNo = s.companySaleTaxNo;
+        h.clientNTN = s.companyNTN;
+        return h;
+    }
+    const auto row = db.selectOne(QStringLiteral("SELECT TLClientName, TLClientAddress, TLClientPhone, TLClientEmail, "
+                                                 "TLClientSaleTaxNo, TLClientNTN FROM tblTLClientInfo"));
+    if (row) {
+        h.clientName = trimRight(row->text(0));
+        h.clientAddress = trimRight(row->text(1));
+        h.clientPhone = trimRight(row->text(2));
+        h.clientEmail = trimRight(row->text(3));
+        h.clientSaleTaxNo = trimRight(row->text(4));
+        h.clientNTN = trimRight(row->text(5));
+    }
+    return h;
+}
+
+namespace {
+
+// Puts the session's report period back as it was when the report is read.
+class PeriodScope
+{
+public:
+    PeriodScope(SessionConnection &db, const QDate &from, const QDate &to)
+        : m_db(db), m_from(db.reportFrom()), m_to(db.reportTo())
+    {
+        m_db.setReportPeriod(from, to);
+    }
+    ~PeriodScope()
+    {
+        try {
+            m_db.setReportPeriod(m_from, m_to);
+        } catch (...) {
+        }
+    }
+
+private:
+    SessionConnection &m_db;
+    QDate m_from, m_to;
+};
+
+QString expandTemplate(const QString &tpl, const Row &row, const ReportDesign &d, int count)
+{
+    static const QRegularExpression re(QStringLiteral("\\{(#count|[A-Za-z_][A-Za-z0-9_]*)(?::(\\d+))?\\}"));
+    QString out;
+    int last = 0;
+    auto it = re.globalMatch(tpl);
+    while (it.hasNext()) {
+        const auto m = it.next();
+        out += tpl.mid(last, m.capturedStart() - last);
+        last = m.capturedEnd();
+        const QString name = m.captured(1);
+        QString value;
+        if (name == QLatin1String("#count")) {
+            value = QString::number(count);
+        } else {
+            const int c = row.indexOf(name);
+            const int col = d.columnIndex(name);
+            FieldFormat f = col >= 0 ? d.columns.at(col).format : FieldFormat::Text;
+            if (f == FieldFormat::Text && c >= 0 && row.value(c).metaType().id() == QMetaType::QDate)
+                f = FieldFormat::Date;
+            value = formatValue(typedValue(row, c, f), f, col >= 0 ? d.columns.at(col).decimals : 2);
+        }
+        if (!m.captured(2).isEmpty())
+            value = value.left(m.captured(2).toInt());
+        out += value;
+    }
+    out += tpl.mid(last);
+    return out;
+}
+
+QString groupKey(const Row &row, const DesignGroup &g)
+{
+    const QVariant v = row.value(g.field);
+    QString k = v.metaType().id() == QMetaType::QDate ? v.toDate().toString(Qt::ISODate) : trimRight(v.toString());
+    if (g.keyLength > 0)
+        k = k.left(g.keyLength);
+    return k;
+}
+
+struct Sums
+{
+    QVector<Money> money;
+    QVector<double> numbers;
+    int count = 0;
+    explicit Sums(int n = 0) : money(n), numbers(n, 0.0) {}
+    void add(const ReportDesign &d, const QVector<QVariant> &values)
+    {
+        ++count;
+        for (int i = 0; i < d.columns.size(); ++i) {
+            const QVariant &v = values.at(i);
+            if (!v.isValid() || v.isNull() || d.columns.at(i).running)
+                continue;
+            if (v.metaType() == QMetaType::fromType<Money>())
+                money[i] += v.value<Money>();
+            else if (d.columns.at(i).format == FieldFormat::Number || d.columns.at(i).format == FieldFormat::Integer)
+                numbers[i] += v.toDouble();
+        }
+    }
+};
+
+ReportLine sumLine(const ReportDesign &d, const Sums &s, const QStringList &fields, ReportLine::Kind kind,
+                   int level, const QString &label)
+{
+    ReportLine l;
+    l.kind = kind;
+    l.level = level;
+    l.label = label;
+    l.values.resize(d.columns.size());
+    for (int i = 0; i < d.columns.size(); ++i)
+        l.texts << QString();
+    for (const QString &f : fields) {
+        const int i = d.columnIndex(f);
+        if (i < 0)
+            continue;
+        const DesignColumn &c = d.columns.at(i);
+        if (c.format == FieldFormat::Money || c.format == FieldFormat::Balance)
+            l.values[i] = QVariant::fromValue(s.money.at(i));
+        else if (c.format == FieldFormat::Integer)
+            l.values[i] = QVariant(qint64(qRound64(s.numbers.at(i))));
+        else
+            l.values[i] = QVariant(s.numbers.at(i));
+        l.texts[i] = formatValue(l.values.at(i), c.format, c.decimals, false);
+    }
+    return l;
+}
+
+void buildLines(RenderedReport &r)
+{
+    const ReportDesign &d = r.design;
+    const int ncols = d.columns.size();
+    const int ngroups = d.groups.size();
+
+    QVector<int> colIndex(ncols);
+    for (int i = 0; i < ncols; ++i)
+        colIndex[i] = r.rows.columns.indexOf(QRegularExpression(QStringLiteral("^%1$").arg(d.columns.at(i).field),
+                                                                QRegularExpression::CaseInsensitiveOption));
+    QVector<QString> openKeys(ngroups);
+    QVector<Sums> groupSums(ngroups, Sums(ncols));
+    QVector<int> groupFirstRow(ngroups, -1);
+    Sums total(ncols);
+    QVector<Money> running(ncols);
+    bool anyOpen = false;
+
+    auto closeFrom = [&](int level, int lastRow) {
+        for (int g = ngroups - 1; g >= level; --g) {
+            const DesignGroup &grp = d.groups.at(g);
+            if (!grp.footer.isEmpty() || !grp.sums.isEmpty()) {
+                const QString label = expandTemplate(grp.footer, r.rows.at(lastRow), d, groupSums.at(g).count);
+                r.lines << sumLine(d, groupSums.at(g), grp.sums, ReportLine::Kind::GroupFooter, g, label);
+            }
+        }
+    };
+
+    for (int ri = 0; ri < r.rows.size(); ++ri) {
+        const Row &row = r.rows.at(ri);
+        int changed = -1;
+        for (int g = 0; g < ngroups; ++g) {
+            if (!anyOpen || groupKey(row, d.groups.at(g)) != openKeys.at(g)) {
+                changed = g;
+                break;
+            }
+        }
+        if (changed >= 0) {
+            if (anyOpen)
+                closeFrom(changed, ri - 1);
+            for (int g = changed; g < ngroups; ++g) {
+                openKeys[g] = groupKey(row, d.groups.at(g));
+                groupSums[g] = Sums(ncols);
+                groupFirstRow[g] = ri;
+                ReportLine h;
+                h.kind = ReportLine::Kind::GroupHeader;
+                h.level = g;
+                h.label = expandTemplate(d.groups.at(g).header, row, d, 0);
+                h.values.resize(ncols);
+                for (int i = 0; i < ncols; ++i)
+                    h.texts << QString();
+                if (!h.label.isEmpty())
+                    r.lines << h;
+            }
+            running.fill(Money());
+        }
+        anyOpen = true;
+
+        ReportLine l;
+        l.kind = ReportLine::Kind::Detail;
+        l.level = ngroups;
+        l.sourceRow = ri;
+        l.values.resize(ncols);
+        for (int i = 0; i < ncols; ++i) {
+            const DesignColumn &c = d.columns.at(i);
+            QVariant v = typedValue(row, colIndex.at(i), c.format);
+            if (c.running) {
+                const Money m = v.isValid() ? v.value<Money>() : Money();
+                running[i] += m;
+                v = QVariant::fromValue(running.at(i));
+            }
+            l.values[i] = v;
+            l.texts << formatValue(v, c.format, c.decimals, c.blankZero);
+        }
+        if (!d.emphasisField.isEmpty())
+            l.emphasis = trimRight(row.text(d.emphasisField)).endsWith(d.emphasisSuffix);
+        for (int g = 0; g < ngroups; ++g)
+            groupSums[g].add(d, l.values);
+        total.add(d, l.values);
+        r.lines << l;
+    }
+    if (anyOpen && ngroups > 0)
+        closeFrom(0, r.rows.size() - 1);
+    if (!d.totals.isEmpty() || d.countInTotals) {
+        QString label = d.totalsCaption;
+        if (d.countInTotals)
+            label = QStringLiteral("%1 (%2)").arg(label).arg(total.count);
+        r.lines << sumLine(d, total, d.totals, ReportLine::Kind::Total, 0, label);
+    }
+}
+
+QString periodLine(const ReportRequest &req, const ReportDesign &d)
+{
+    if (!d.showPeriod || !req.hasPeriod())
+        return QString();
+    const QString from = !req.fromText.isEmpty() ? req.fromText
+        : (req.from.isValid() ? req.from.toString(QStringLiteral("dd/MM/yyyy")) : QStringLiteral("01/01/1900"));
+    const QString to = !req.toText.isEmpty() ? req.toText : req.to.toString(QStringLiteral("dd/MM/yyyy"));
+    QString t = d.periodText;
+    t.replace(QLatin1String("{from}"), from);
+    t.replace(QLatin1String("{to}"), to);
+    return t;
+}
+
+} // namespace
+
+RenderedReport ReportFrame::render(SessionConnection &db, const ReportRequest &request)
+{
+    return render(db, request, DesignCatalogue(userDesignDir()));
+}
+
+RenderedReport ReportFrame::render(SessionConnection &db, const ReportRequest &request,
+                                   const DesignCatalogue &catalogue)
+{
+    RenderedReport r;
+    r.request = request;
+    r.design = catalogue.load(request.design, &r.warnings);
+    const ReportDesign &d = r.design;
+    const QString source = request.source.isEmpty() ? d.source : request.source;
+    static const QRegularExpression ident(QStringLiteral("^[A-Za-z_][A-Za-z0-9_]*$"));
+    if (!ident.match(source).hasMatch())
+        throw DesignError(QStringLiteral("\"%1\" is not a report source").arg(source));
+
+    r.header = headerTexts(db);
+    r.logo = logo();
+    r.printedAt = QDateTime::currentDateTime();
+    r.heading = !request.heading.isEmpty() ? request.heading : (!request.title.isEmpty() ? request.title : d.title);
+    r.periodText = periodLine(request, d);
+
+    std::optional<PeriodScope> period;
+    if (request.hasPeriod()) {
+        const QDate from = request.from.isValid() ? request.from : QDate(1900, 1, 1);
+        if (request.writePeriodRow) {
+            Transaction tx(db);
+            if (!r.header.clientName.isEmpty() && session().connection.get() == &db)
+                db.execute(QStringLiteral("UPDATE tblTLClientInfo SET TLClientName = ?, TLClientAddress = ?, SDate = ?, EDate = ?"),
+                           {r.header.clientName, r.header.clientAddress, from, request.to});
+            else
+                db.execute(QStringLiteral("UPDATE tblTLClientInfo SET SDate = ?, EDate = ?"), {from, request.to});
+            tx.commit();
+        }
+        period.emplace(db, from, request.to);
+    }
+
+    // The source's columns, to check every field named by the design and
+    // the selection before anything is read.
+    const QueryResult probe = db.select(QStringLiteral("SELECT * FROM %1 WHERE 1 = 0").arg(source));
+    QSet<QString> have;
+    for (const QString &c : probe.columns)
+        have.insert(c.toLower());
+    for (const QString &f : d.fieldsUsed())
+        if (!have.contains(f.toLower()))
+            throw DesignError(QStringLiteral("%1: the field \"%2\" is not in the source \"%3\"")
+                                  .arg(QDir::toNativeSeparators(d.origin), f, source));
+
+    QStringList where;
+    QVariantList params;
+    for (const ReportCondition &c : request.conditions) {
+        if (!ident.match(c.field).hasMatch() || !have.contains(c.field.toLower()))
+            throw DesignError(QStringLiteral("The selection names the field \"%1\", which is not in the source \"%2\"")
+                                  .arg(c.field, source));
+        where << QStringLiteral("%1 %2 ?").arg(c.field, c.opText());
+        params << c.value;
+    }
+    QStringList order;
+    for (const DesignGroup &g : d.groups)
+        order << g.field;
+    for (const QString &o : d.orderBy) {
+        if (!have.contains(o.section(QLatin1Char(' '), 0, 0).toLower()))
+            throw DesignError(QStringLiteral("%1: the order field \"%2\" is not in the source \"%3\"")
+                                  .arg(QDir::toNativeSeparators(d.origin), o, source));
+        order << o;
+    }
+    QString sql = QStringLiteral("SELECT * FROM %1").arg(source);
+    if (!where.isEmpty())
+        sql += QStringLiteral(" WHERE ") + where.join(QStringLiteral(" AND "));
+    if (!order.isEmpty())
+        sql += QStringLiteral(" ORDER BY ") + order.join(QStringLiteral(", "));
+    r.rows = db.select(sql, params);
+    period.reset();
+
+    buildLines(r);
+    r.layout();
+    return r;
+}
+
+// ------------------------------------------------------------ drill-down
+
+std::optional<ReportRequest> RenderedReport::drillDown(int line) const
+{
+    if (!design.link || line < 0 || line >= lines.size() || lines.at(line).kind != ReportLine::Kind::Detail)
+        return std::nullopt;
+    const Row &row = rows.at(lines.at(line).sourceRow);
+    ReportRequest req;
+    req.design = design.link->design;
+    req.title = expandTemplate(design.link->title, row, design, 0);
+    req.from = request.from;
+    req.to = request.to;
+    req.fromText = request.fromText;
+    req.toText = request.toText;
+    req.writePeriodRow = false;
+    static const QRegularExpression iso(QStringLiteral("^\\d{4}-\\d{2}-\\d{2}$"));
+    for (const auto &k : design.link->keys) {
+        QVariant v = row.value(k.second);
+        if (v.metaType().id() == QMetaType::QString) {
+            const QString s = trimRight(v.toString());
+            v = iso.match(s).hasMatch() ? QVariant(QDate::fromString(s, Qt::ISODate)) : QVariant(s);
+        }
+        req.conditions << ReportCondition::equal(k.first, v);
+    }
+    return req;
+}
+
+} // namespace Reports

@@ -1,0 +1,168 @@
+#pragma once
+
+#include "foundation/SessionConnection.h"
+#include "reports/ReportDesign.h"
+
+#include <QDate>
+#include <QHash>
+#include <QImage>
+#include <QRectF>
+#include <QSizeF>
+#include <QString>
+#include <QVariant>
+#include <QVector>
+#include <memory>
+#include <optional>
+
+class QPainter;
+
+// The report frame. A screen asks for a report with a ReportRequest (which
+// design, the heading, the selection, the period) and gets back a
+// RenderedReport: the rows read, grouped and totalled, laid out on pages
+// that the viewer shows, the printer prints and the exporters write.
+//
+//   ReportRequest req{"crVoucherListing", "VOUCHER LISTING"};
+//   req.conditions << ReportCondition::equal("VoucherType", "CP");
+//   req.from = from; req.to = to;
+//   RenderedReport r = ReportFrame::render(db, req);
+//   Reports::exportFile(r, "/tmp/listing.pdf", &error);
+//
+// Screens call showReport() (reports/ui/ShowReport.h) instead, which also
+// opens the viewer.
+namespace Reports {
+
+// One condition of a selection: field, comparison, value. The value is
+// bound, never written into the statement.
+struct ReportCondition
+{
+    enum class Op { Equal, NotEqual, Less, LessOrEqual, Greater, GreaterOrEqual, Like };
+    QString field;
+    Op op = Op::Equal;
+    QVariant value;
+
+    static ReportCondition equal(const QString &f, const QVariant &v) { return {f, Op::Equal, v}; }
+    static ReportCondition notEqual(const QString &f, const QVariant &v) { return {f, Op::NotEqual, v}; }
+    static ReportCondition atLeast(const QString &f, const QVariant &v) { return {f, Op::GreaterOrEqual, v}; }
+    static ReportCondition atMost(const QString &f, const QVariant &v) { return {f, Op::LessOrEqual, v}; }
+    static ReportCondition less(const QString &f, const QVariant &v) { return {f, Op::Less, v}; }
+    static ReportCondition greater(const QString &f, const QVariant &v) { return {f, Op::Greater, v}; }
+    static ReportCondition like(const QString &f, const QVariant &v) { return {f, Op::Like, v}; }
+
+    // "FIELD=VALUE", "FIELD>=VALUE", "FIELD<VALUE", "FIELD~PATTERN" (like);
+    // a value written dd/mm/yyyy is taken as a date. Returns nothing for
+    // text of another shape.
+    static std::optional<ReportCondition> parse(const QString &text);
+    QString opText() const;
+};
+
+struct ReportRequest
+{
+    QString design;          // catalogue name, e.g. "crSingleVoucher"
+    QString title;           // the viewer's title
+    QString heading;         // printed heading; empty: the title, then the design's own
+    QVector<ReportCondition> conditions;
+    QDate from;              // report period; a single-date report leaves `from` empty
+    QDate to;                //   (it reads from 01/01/1900)
+    QString fromText;        // the period as typed, for the period line; empty: from/to
+    QString toText;
+    QString source;          // another source than the design's (rare)
+    bool writePeriodRow = true; // also write SDate/EDate of tblTLClientInfo, as the views of old read them
+
+    bool hasPeriod() const { return to.isValid() || from.isValid(); }
+};
+
+// The letterhead and credit texts of the page header.
+struct HeaderTexts
+{
+    QString clientName, clientAddress, clientPhone, clientEmail, clientSaleTaxNo, clientNTN;
+    QString companyName, contact;   // the program's own credit lines
+    // By the design's text object names (TLClientName ... TLContact).
+    QHash<QString, QString> byName() const;
+};
+
+// The program's own credit lines.
+QString creditCompanyName();
+QString creditContact();
+
+// One printed line of a report.
+struct ReportLine
+{
+    enum class Kind { GroupHeader, Detail, GroupFooter, Total };
+    Kind kind = Kind::Detail;
+    int level = 0;                 // group level (0 outermost); detail: number of groups
+    QString label;                 // group header/footer and total caption
+    QVector<QVariant> values;      // per column: Money, QDate, qint64, double, QString, or null
+    QStringList texts;             // per column, as printed
+    int sourceRow = -1;            // detail: index into RenderedReport::rows
+    bool emphasis = false;
+};
+
+struct LayoutData;
+
+class RenderedReport
+{
+public:
+    RenderedReport();
+    ~RenderedReport();
+    RenderedReport(RenderedReport &&) noexcept;
+    RenderedReport &operator=(RenderedReport &&) noexcept;
+
+    ReportDesign design;
+    ReportRequest request;
+    QString heading;               // as printed
+    QString periodText;            // "FROM 01/07/2025 TO 30/06/2026", or empty
+    HeaderTexts header;
+    QImage logo;                   // null: no logo
+    QueryResult rows;              // the rows read, in report order
+    QVector<ReportLine> lines;
+    QStringList warnings;          // a user design passed over, and why
+    QDateTime printedAt;
+
+    int pageCount() const;
+    // Page size in points (1/72 inch).
+    QSizeF pageSizePoints() const;
+    // Paints page `page` (0-based) into `target`, a rectangle in the
+    // painter's coordinates of the page's proportions.
+    void paintPage(QPainter &painter, int page, const QRectF &target) const;
+    // The report line under a point given in points on page `page`; -1
+    // when none.
+    int lineAt(int page, const QPointF &pointInPoints) const;
+    // The report a double click on `line` opens, when the design links one.
+    std::optional<ReportRequest> drillDown(int line) const;
+    // The text of every page, one page after another (for searching and
+    // tests).
+    QStringList pageTexts() const;
+
+    // Runs the page layout (render() does it; call again after changing
+    // lines by hand).
+    void layout();
+
+private:
+    std::unique_ptr<LayoutData> m_layout;
+};
+
+class ReportFrame
+{
+public:
+    // Reads the design (the user's copy wins), the header texts, the rows
+    // of the source matching the conditions, and lays out the pages.
+    // Throws DesignError for a design fault or an unknown field, DbError
+    // when the database refuses. An empty source gives an empty report.
+    static RenderedReport render(SessionConnection &db, const ReportRequest &request,
+                                 const DesignCatalogue &catalogue);
+    // With the catalogue of the settings file's design folder.
+    static RenderedReport render(SessionConnection &db, const ReportRequest &request);
+
+    // The letterhead of this session: the logged-on session's, else the
+    // row of tblTLClientInfo.
+    static HeaderTexts headerTexts(SessionConnection &db);
+    // Logo.jpg beside the program; null when there is none.
+    static QImage logo();
+    // The user design folder of the settings file.
+    static QString userDesignDir();
+};
+
+// Formats a value as a column prints it.
+QString formatValue(const QVariant &value, FieldFormat format, int decimals = 2, bool blankZero = false);
+
+} // namespace Reports
