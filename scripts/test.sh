@@ -9,9 +9,16 @@ bash scripts/build.sh
 build="${TESSEL_BUILD_DIR:-build}"
 
 pgdir=$(mktemp -d /tmp/tessel-pg-XXXXXX)
-port="${TESSEL_TEST_PG_PORT_TO_USE:-$(( 20000 + RANDOM % 20000 ))}"
 trap 'bash "$root/scripts/pg-test-server.sh" stop "$pgdir"' EXIT
-eval "$(bash "$root/scripts/pg-test-server.sh" start "$pgdir" "$port")"
+# A free loopback port: try a few at random.
+for attempt in 1 2 3 4 5; do
+  port="${TESSEL_TEST_PG_PORT_TO_USE:-$(( 20000 + RANDOM % 20000 ))}"
+  if env_lines="$(bash "$root/scripts/pg-test-server.sh" start "$pgdir" "$port")"; then
+    eval "$env_lines"
+    break
+  fi
+  [ "$attempt" -eq 5 ] && { echo "could not start the PostgreSQL test server" >&2; exit 1; }
+done
 export TESSEL_REQUIRE_PG=1
 export QT_QPA_PLATFORM=offscreen
 
