@@ -1,0 +1,55 @@
+#include "foundation/ui/MessageService.h"
+
+#include <QApplication>
+#include <QMessageBox>
+#include <QPushButton>
+
+namespace {
+MessageService::Interceptor *g_interceptor = nullptr;
+QString g_caption = QStringLiteral("Tessel");
+} // namespace
+
+void MessageService::critical(QWidget *parent, const QString &text) { show(parent, Kind::Critical, text); }
+void MessageService::information(QWidget *parent, const QString &text) { show(parent, Kind::Information, text); }
+bool MessageService::askYesNo(QWidget *parent, const QString &text) { return show(parent, Kind::Question, text); }
+bool MessageService::askYesNoCritical(QWidget *parent, const QString &text) { return show(parent, Kind::CriticalQuestion, text); }
+
+QString MessageService::caption() { return g_caption; }
+void MessageService::setCaption(const QString &caption) { g_caption = caption; }
+void MessageService::setInterceptor(Interceptor *interceptor) { g_interceptor = interceptor; }
+MessageService::Interceptor *MessageService::interceptor() { return g_interceptor; }
+
+bool MessageService::show(QWidget *parent, Kind kind, const QString &text)
+{
+    if (g_interceptor)
+        return g_interceptor->intercept(kind, text);
+
+    if (!parent)
+        parent = QApplication::activeWindow();
+    QMessageBox box(parent);
+    box.setWindowTitle(g_caption);
+    box.setText(text);
+    switch (kind) {
+    case Kind::Critical:
+        box.setIcon(QMessageBox::Critical);
+        box.setStandardButtons(QMessageBox::Ok);
+        break;
+    case Kind::Information:
+        box.setIcon(QMessageBox::Information);
+        box.setStandardButtons(QMessageBox::Ok);
+        break;
+    case Kind::Question:
+    case Kind::CriticalQuestion:
+        box.setIcon(kind == Kind::Question ? QMessageBox::Question : QMessageBox::Critical);
+        box.setStandardButtons(QMessageBox::Yes | QMessageBox::No);
+        box.setDefaultButton(QMessageBox::No);
+        box.setEscapeButton(QMessageBox::No);
+        break;
+    }
+    // The field that had the focus gets it back once the box is gone.
+    QWidget *focus = QApplication::focusWidget();
+    const int answer = box.exec();
+    if (focus)
+        focus->setFocus(Qt::OtherFocusReason);
+    return answer == QMessageBox::Yes;
+}
