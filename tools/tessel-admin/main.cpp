@@ -3,6 +3,7 @@
 #include "foundation/CommandLine.h"
 #include "foundation/Schema.h"
 #include "foundation/SessionConnection.h"
+#include "vouchers/DemoGenerator.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
@@ -14,6 +15,43 @@ int fail(const QString &message, int code = 1)
 {
     QTextStream(stderr) << "tessel-admin: " << message << "\n";
     return code;
+}
+
+// demo NAME --rows N: a new account year filled with a press's accounts
+// and a year of vouchers.
+int demoCommand(const ConnectionProfile &profile, const QString &name, const QString &password, qint64 rows,
+                quint32 seed, const QString &company)
+{
+    if (rows < 1)
+        return fail(QStringLiteral("--rows must be a positive number."), 2);
+    DemoOptions d;
+    d.rows = rows;
+    d.seed = seed;
+    d.to = QDate::currentDate();
+    d.from = d.to.addDays(-364);
+    AccountYear::CreateOptions o;
+    o.adminPassword = password;
+    o.companyName = company.isEmpty() ? QStringLiteral("CRESCENT PRINTING PRESS") : company;
+    o.closingDate = d.from.addDays(-1); // the demonstration year is open from its first day
+    AccountYear::create(profile, name, o);
+    try {
+        auto s = SessionConnection::open(profile, name);
+        DemoGenerator g(*s, d);
+        g.addStandardParts();
+        const DemoSummary sum = g.run();
+        QTextStream(stdout) << "Created " << name << " on " << profile.name << ": " << sum.accounts << " accounts, "
+                            << sum.vouchers << " vouchers, " << sum.ledgerRows << " ledger rows from "
+                            << d.from.toString(QStringLiteral("dd/MM/yyyy")) << " to "
+                            << d.to.toString(QStringLiteral("dd/MM/yyyy")) << " in "
+                            << QString::number(sum.milliseconds / 1000.0, 'f', 1) << " s.\n";
+    } catch (...) {
+        try {
+            AccountYear::drop(profile, name);
+        } catch (...) {
+        }
+        throw;
+    }
+    return 0;
 }
 
 } // namespace
@@ -31,7 +69,8 @@ int main(int argc, char **argv)
         "  list                 the account years of the profile\n"
         "  create NAME          a new account year with its fixed accounts and administrator\n"
         "  upgrade NAME         bring an older account year's schema up to date\n"
-        "  drop NAME            remove an account year for good"));
+        "  drop NAME            remove an account year for good\n"
+        "  demo NAME            a new account year filled with demonstration accounts and vouchers"));
     parser.addHelpOption();
     parser.addVersionOption();
     QCommandLineOption profileOpt(QStringLiteral("profile"), QStringLiteral("Connection profile (default: the embedded store)."), QStringLiteral("name"));
@@ -41,14 +80,16 @@ int main(int argc, char **argv)
     QCommandLineOption closingOpt(QStringLiteral("closing-date"), QStringLiteral("Closing date of a new year, dd/mm/yyyy."), QStringLiteral("date"));
     QCommandLineOption companyOpt(QStringLiteral("company"), QStringLiteral("Company name for the reports' letterhead."), QStringLiteral("name"));
     QCommandLineOption yesOpt(QStringLiteral("yes"), QStringLiteral("Do not ask before dropping."));
-    parser.addOptions({profileOpt, configOpt, userOpt, passwordOpt, closingOpt, companyOpt, yesOpt});
-    parser.addPositionalArgument(QStringLiteral("command"), QStringLiteral("list, create, upgrade or drop"));
+    QCommandLineOption rowsOpt(QStringLiteral("rows"), QStringLiteral("Ledger rows a demo year aims at (default 400)."), QStringLiteral("n"), QStringLiteral("400"));
+    QCommandLineOption seedOpt(QStringLiteral("seed"), QStringLiteral("Random seed of a demo year."), QStringLiteral("n"), QStringLiteral("2026"));
+    parser.addOptions({profileOpt, configOpt, userOpt, passwordOpt, closingOpt, companyOpt, yesOpt, rowsOpt, seedOpt});
+    parser.addPositionalArgument(QStringLiteral("command"), QStringLiteral("list, create, upgrade, drop or demo"));
     parser.addPositionalArgument(QStringLiteral("name"), QStringLiteral("Account-year name, beginning with Tessel"), QStringLiteral("[name]"));
     parser.process(app);
 
     const QStringList args = parser.positionalArguments();
     if (args.isEmpty())
-        return fail(QStringLiteral("a command is needed: list, create, upgrade or drop (see --help)."), 2);
+        return fail(QStringLiteral("a command is needed: list, create, upgrade, drop or demo (see --help)."), 2);
     const QString command = args.at(0);
 
     ConnectionProfile profile;
@@ -84,6 +125,13 @@ int main(int argc, char **argv)
             AccountYear::create(profile, name, o);
             QTextStream(stdout) << "Created " << name << " on " << profile.name << ".\n";
             return 0;
+        }
+        if (command == QLatin1String("demo")) {
+            const QString password = parser.isSet(passwordOpt)
+                ? parser.value(passwordOpt)
+                : CommandLine::promptPassword(QStringLiteral("Password for ADMIN: "));
+            return demoCommand(profile, name, password, parser.value(rowsOpt).toLongLong(),
+                               parser.value(seedOpt).toUInt(), parser.value(companyOpt));
         }
         if (command == QLatin1String("upgrade")) {
             auto s = SessionConnection::open(profile, name);
