@@ -220,6 +220,16 @@ private:
     QDate m_from, m_to;
 };
 
+// A date column of a source that is not printed as a column (SQLite hands
+// dates back as ISO text).
+bool looksLikeDate(const QVariant &v)
+{
+    if (v.metaType().id() == QMetaType::QDate || v.metaType().id() == QMetaType::QDateTime)
+        return true;
+    static const QRegularExpression iso(QStringLiteral("^\\d{4}-\\d{2}-\\d{2}( 00:00:00)?$"));
+    return v.metaType().id() == QMetaType::QString && iso.match(v.toString()).hasMatch();
+}
+
 QString expandTemplate(const QString &tpl, const Row &row, const ReportDesign &d, int count)
 {
     static const QRegularExpression re(QStringLiteral("\\{(#count|[A-Za-z_][A-Za-z0-9_]*)(?::(\\d+))?\\}"));
@@ -238,7 +248,7 @@ QString expandTemplate(const QString &tpl, const Row &row, const ReportDesign &d
             const int c = row.indexOf(name);
             const int col = d.columnIndex(name);
             FieldFormat f = col >= 0 ? d.columns.at(col).format : FieldFormat::Text;
-            if (f == FieldFormat::Text && c >= 0 && row.value(c).metaType().id() == QMetaType::QDate)
+            if (f == FieldFormat::Text && c >= 0 && looksLikeDate(row.value(c)))
                 f = FieldFormat::Date;
             value = formatValue(typedValue(row, c, f), f, col >= 0 ? d.columns.at(col).decimals : 2);
         }

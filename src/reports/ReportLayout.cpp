@@ -17,7 +17,7 @@ constexpr qreal kA4Height = 841.89 * kUnitsPerPoint;
 constexpr qreal kMarginX = 400;
 constexpr qreal kMarginTop = 380;
 constexpr qreal kMarginBottom = 380;
-constexpr qreal kPad = 30;       // inside a cell
+constexpr qreal kPad = 40;       // inside a cell
 constexpr qreal kIndent = 120;   // per group level
 
 enum FontRole { Body, BodyBold, Small, Name, Title, Caption, FontCount };
@@ -116,8 +116,9 @@ public:
             const qreal fh = lineHeight(Small) + 60;
             m_L.footerTop = m_bottom - fh;
             m_bottom = m_L.footerTop - 40;
-            m_L.footerLeft = QStringLiteral("%1  |  %2").arg(m_r.header.companyName, m_r.header.contact);
-            m_L.footerCentre = QStringLiteral("Printed %1").arg(m_r.printedAt.toString(QStringLiteral("dd/MM/yyyy HH:mm")));
+            m_L.footerLeft = QStringLiteral("%1  |  %2  |  Printed %3")
+                                 .arg(m_r.header.companyName, m_r.header.contact,
+                                      m_r.printedAt.toString(QStringLiteral("dd/MM/yyyy HH:mm")));
         }
         newPage();
         for (int i = 0; i < m_r.lines.size(); ++i)
@@ -178,6 +179,7 @@ private:
         qreal y = kMarginTop;
         const qreal width = m_right - m_left;
         qreal logoBottom = y;
+        qreal logoSpace = 0;
         if (!m_r.logo.isNull()) {
             const qreal aspect = qreal(m_r.logo.width()) / qMax(1, m_r.logo.height());
             qreal h = 560;
@@ -191,13 +193,14 @@ private:
             it.rect = QRectF(m_left, y, w, h);
             H << it;
             logoBottom = y + it.rect.height();
+            logoSpace = w + 100;
         }
         const HeaderTexts &t = m_r.header;
         auto centred = [&](const QString &text, int font) {
             if (text.isEmpty())
                 return;
             const qreal h = lineHeight(font);
-            addText(H, QRectF(m_left + 1500, y, width - 3000, h), text, font, Qt::AlignHCenter);
+            addText(H, QRectF(m_left + logoSpace, y, width - 2 * logoSpace, h), text, font, Qt::AlignHCenter);
             y += h;
         };
         centred(t.clientName, Name);
@@ -418,7 +421,6 @@ void RenderedReport::paintPage(QPainter &p, int page, const QRectF &target) cons
         p.setPen(QColor(70, 70, 70));
         const QRectF row(left, L.footerTop + 40, right - left, h);
         p.drawText(row, Qt::AlignLeft | Qt::AlignVCenter, L.footerLeft);
-        p.drawText(row, Qt::AlignHCenter | Qt::AlignVCenter, L.footerCentre);
         p.setPen(Qt::black);
         p.drawText(row, Qt::AlignRight | Qt::AlignVCenter, QStringLiteral("Page %1 of %2").arg(page + 1).arg(L.pages.size()));
     }

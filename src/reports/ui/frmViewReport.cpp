@@ -1,0 +1,376 @@
+#include "reports/ui/frmViewReport.h"
+
+#include "foundation/Session.h"
+#include "foundation/ui/MessageService.h"
+#include "reports/ReportExport.h"
+
+#include <QApplication>
+#include <QComboBox>
+#include <QDir>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QPointer>
+#include <QPrintDialog>
+#include <QPrinter>
+#include <QPushButton>
+#include <QRegularExpression>
+#include <QScreen>
+#include <QScrollBar>
+#include <QSpinBox>
+#include <QStandardPaths>
+#include <QVBoxLayout>
+
+namespace Reports {
+
+namespace {
+constexpr int kPageMargin = 16; // grey around the page, in pixels
+}
+
+ReportPageView::ReportPageView(QWidget *parent) : QWidget(parent)
+{
+    setObjectName(QStringLiteral("crViewer"));
+    setAttribute(Qt::WA_OpaquePaintEvent);
+    setFocusPolicy(Qt::StrongFocus);
+}
+
+void ReportPageView::setReport(const RenderedReport *report)
+{
+    m_report = report;
+    m_page = 0;
+    updateGeometry();
+    resize(sizeHint());
+    update();
+}
+
+void ReportPageView::setPage(int page)
+{
+    if (!m_report)
+        return;
+    m_page = qBound(0, page, qMax(0, m_report->pageCount() - 1));
+    update();
+}
+
+void ReportPageView::setZoom(int percent)
+{
+    m_zoom = qBound(25, percent, 400);
+    updateGeometry();
+    resize(sizeHint());
+    update();
+}
+
+QSize ReportPageView::sizeHint() const
+{
+    const QSizeF pts = m_report ? m_report->pageSizePoints() : QSizeF(595, 842);
+    const qreal scale = logicalDpiX() / 72.0 * m_zoom / 100.0;
+    return QSize(int(pts.width() * scale) + 2 * kPageMargin, int(pts.height() * scale) + 2 * kPageMargin);
+}
+
+QRectF ReportPageView::pageRect() const
+{
+    const QSize s = sizeHint();
+    const qreal w = s.width() - 2 * kPageMargin, h = s.height() - 2 * kPageMargin;
+    const qreal x = qMax<qreal>(kPageMargin, (width() - w) / 2);
+    return QRectF(x, kPageMargin, w, h);
+}
+
+void ReportPageView::paintEvent(QPaintEvent *)
+{
+    QPainter p(this);
+    p.fillRect(rect(), QColor(128, 128, 128));
+    const QRectF page = pageRect();
+    p.fillRect(page.translated(4, 4), QColor(70, 70, 70));
+    p.fillRect(page, Qt::white);
+    if (m_report)
+        m_report->paintPage(p, m_page, page);
+}
+
+void ReportPageView::mouseDoubleClickEvent(QMouseEvent *event)
+{
+    if (!m_report)
+        return;
+    const QRectF page = pageRect();
+    const QSizeF pts = m_report->pageSizePoints();
+    const QPointF at((event->position().x() - page.left()) * pts.width() / page.width(),
+                     (event->position().y() - page.top()) * pts.height() / page.height());
+    const int line = m_report->lineAt(m_page, at);
+    if (line >= 0)
+        emit lineActivated(line);
+}
+
+namespace {
+QPointer<frmViewReport> g_viewer;
+
+class BusyCursor
+{
+public:
+    BusyCursor() { QApplication::setOverrideCursor(Qt::WaitCursor); }
+    ~BusyCursor() { QApplication::restoreOverrideCursor(); }
+};
+} // namespace
+
+frmViewReport *currentViewer() { return g_viewer.data(); }
+
+namespace {
+
+frmViewReport *openViewer(QWidget *parent, const ReportRequest &request, frmViewReport *reuse)
+{
+    std::optional<RenderedReport> report;
+    {
+        BusyCursor busy;
+        try {
+            report.emplace(ReportFrame::render(session().db(), request));
+        } catch (const DesignError &e) {
+            QApplication::restoreOverrideCursor();
+            MessageService::critical(parent, e.message());
+            QApplication::setOverrideCursor(Qt::WaitCursor);
+        } catch (const DbError &e) {
+            QApplication::restoreOverrideCursor();
+            MessageService::critical(parent, e.driverText());
+            QApplication::setOverrideCursor(Qt::WaitCursor);
+        }
+    }
+    if (!report)
+        return nullptr;
+    for (const QString &w : report->warnings)
+        MessageService::critical(parent, QStringLiteral("Your own report design was not used, the standard one is shown instead.\n\n%1").arg(w));
+    frmViewReport *viewer = reuse;
+    if (!viewer) {
+        viewer = new frmViewReport(parent ? parent->window() : nullptr);
+        viewer->setAttribute(Qt::WA_DeleteOnClose);
+    }
+    viewer->setReport(std::move(*report));
+    viewer->setZoom(session().reportZoom > 0 ? session().reportZoom : 100);
+    viewer->show();
+    viewer->raise();
+    viewer->activateWindow();
+    return viewer;
+}
+
+} // namespace
+
+frmViewReport *showReport(QWidget *parent, const ReportRequest &request)
+{
+    frmViewReport *v = openViewer(parent, request, g_viewer.data());
+    if (v)
+        g_viewer = v;
+    return v;
+}
+
+} // namespace Reports
+
+using namespace Reports;
+
+frmViewReport::frmViewReport(QWidget *parent) : QWidget(parent, Qt::Window)
+{
+    setObjectName(QStringLiteral("frmViewReport"));
+    setWindowTitle(QStringLiteral("REPORT"));
+
+    auto *bar = new QHBoxLayout;
+    auto button = [&](const char *name, const QString &caption, const QString &tip) {
+        auto *b = new QPushButton(caption, this);
+        b->setObjectName(QLatin1String(name));
+        b->setToolTip(tip);
+        b->setAutoDefault(false);
+        bar->addWidget(b);
+        return b;
+    };
+    cmdFirstPage = button("cmdFirstPage", QStringLiteral("|<"), QStringLiteral("First page (Home)"));
+    cmdPreviousPage = button("cmdPreviousPage", QStringLiteral("<"), QStringLiteral("Previous page (PgUp)"));
+    txtPage = new QSpinBox(this);
+    txtPage->setObjectName(QStringLiteral("txtPage"));
+    txtPage->setMinimum(1);
+    bar->addWidget(txtPage);
+    lblPageCount = new QLabel(this);
+    lblPageCount->setObjectName(QStringLiteral("lblPageCount"));
+    bar->addWidget(lblPageCount);
+    cmdNextPage = button("cmdNextPage", QStringLiteral(">"), QStringLiteral("Next page (PgDn)"));
+    cmdLastPage = button("cmdLastPage", QStringLiteral(">|"), QStringLiteral("Last page (End)"));
+    bar->addSpacing(16);
+    cmbZoom = new QComboBox(this);
+    cmbZoom->setObjectName(QStringLiteral("cmbZoom"));
+    for (int z : {50, 75, 100, 118, 125, 150, 200})
+        cmbZoom->addItem(QStringLiteral("%1%").arg(z), z);
+    bar->addWidget(cmbZoom);
+    bar->addSpacing(16);
+    cmdPrintSetting = button("cmdPrintSetting", QStringLiteral("&PRINT"), QStringLiteral("Print (Ctrl+P)"));
+    cmdExportPdf = button("cmdExportPdf", QStringLiteral("P&DF"), QStringLiteral("Save as PDF"));
+    cmdExportExcel = button("cmdExportExcel", QStringLiteral("&EXCEL"), QStringLiteral("Save as an Excel workbook"));
+    cmdExportCsv = button("cmdExportCsv", QStringLiteral("C&SV"), QStringLiteral("Save as comma-separated text"));
+    bar->addStretch(1);
+    lblStatus = new QLabel(this);
+    lblStatus->setObjectName(QStringLiteral("lblStatus"));
+    bar->addWidget(lblStatus);
+
+    crViewer = new ReportPageView;
+    m_scroll = new QScrollArea(this);
+    m_scroll->setWidget(crViewer);
+    m_scroll->setWidgetResizable(false);
+    m_scroll->setAlignment(Qt::AlignHCenter | Qt::AlignTop);
+    m_scroll->setBackgroundRole(QPalette::Dark);
+
+    auto *outer = new QVBoxLayout(this);
+    outer->setContentsMargins(6, 6, 6, 6);
+    outer->addLayout(bar);
+    outer->addWidget(m_scroll, 1);
+
+    connect(cmdFirstPage, &QPushButton::clicked, this, [this] { showPage(0); });
+    connect(cmdPreviousPage, &QPushButton::clicked, this, [this] { showPage(currentPage() - 1); });
+    connect(cmdNextPage, &QPushButton::clicked, this, [this] { showPage(currentPage() + 1); });
+    connect(cmdLastPage, &QPushButton::clicked, this, [this] { showPage(m_report.pageCount() - 1); });
+    connect(txtPage, qOverload<int>(&QSpinBox::valueChanged), this, [this](int v) {
+        if (v - 1 != currentPage())
+            showPage(v - 1);
+    });
+    connect(cmbZoom, qOverload<int>(&QComboBox::activated), this, [this](int i) { setZoom(cmbZoom->itemData(i).toInt()); });
+    connect(cmdPrintSetting, &QPushButton::clicked, this, &frmViewReport::print);
+    connect(cmdExportPdf, &QPushButton::clicked, this, [this] { exportAs(QStringLiteral("PDF (*.pdf)"), QStringLiteral("pdf")); });
+    connect(cmdExportExcel, &QPushButton::clicked, this, [this] { exportAs(QStringLiteral("Excel workbook (*.xlsx)"), QStringLiteral("xlsx")); });
+    connect(cmdExportCsv, &QPushButton::clicked, this, [this] { exportAs(QStringLiteral("CSV (*.csv)"), QStringLiteral("csv")); });
+    connect(crViewer, &ReportPageView::lineActivated, this, [this](int line) { drillDown(line); });
+
+    // The viewer fills most of the screen, as the page wants the room.
+    if (QScreen *screen = QGuiApplication::primaryScreen()) {
+        const QRect avail = screen->availableGeometry();
+        resize(qMin(avail.width() - 40, 1100), avail.height() - 60);
+    }
+    setZoom(session().reportZoom > 0 ? session().reportZoom : 100);
+    updatePageControls();
+}
+
+frmViewReport::~frmViewReport() = default;
+
+void frmViewReport::setReport(RenderedReport report)
+{
+    m_report = std::move(report);
+    setWindowTitle(!m_report.request.title.isEmpty() ? m_report.request.title : m_report.heading);
+    crViewer->setReport(&m_report);
+    lblStatus->clear();
+    updatePageControls();
+}
+
+int frmViewReport::currentPage() const { return crViewer->page(); }
+
+void frmViewReport::showPage(int page)
+{
+    crViewer->setPage(page);
+    m_scroll->verticalScrollBar()->setValue(0);
+    updatePageControls();
+}
+
+void frmViewReport::setZoom(int percent)
+{
+    crViewer->setZoom(percent);
+    int i = cmbZoom->findData(crViewer->zoom());
+    if (i < 0) {
+        cmbZoom->addItem(QStringLiteral("%1%").arg(crViewer->zoom()), crViewer->zoom());
+        i = cmbZoom->count() - 1;
+    }
+    cmbZoom->setCurrentIndex(i);
+}
+
+int frmViewReport::zoom() const { return crViewer->zoom(); }
+
+void frmViewReport::updatePageControls()
+{
+    const int n = qMax(1, m_report.pageCount());
+    const QSignalBlocker block(txtPage);
+    txtPage->setMaximum(n);
+    txtPage->setValue(currentPage() + 1);
+    lblPageCount->setText(QStringLiteral("of %1").arg(n));
+    cmdFirstPage->setEnabled(currentPage() > 0);
+    cmdPreviousPage->setEnabled(currentPage() > 0);
+    cmdNextPage->setEnabled(currentPage() < n - 1);
+    cmdLastPage->setEnabled(currentPage() < n - 1);
+}
+
+void frmViewReport::print()
+{
+    QPrinter printer(QPrinter::HighResolution);
+    printer.setPageSize(QPageSize(QPageSize::A4));
+    printer.setPageOrientation(m_report.design.landscape ? QPageLayout::Landscape : QPageLayout::Portrait);
+    printer.setFullPage(true);
+    printer.setDocName(m_report.heading);
+    printer.setFromTo(1, qMax(1, m_report.pageCount()));
+    QPrintDialog dialog(&printer, this);
+    dialog.setMinMax(1, qMax(1, m_report.pageCount()));
+    dialog.setOption(QAbstractPrintDialog::PrintPageRange, true);
+    if (dialog.exec() != QDialog::Accepted)
+        return;
+    int first = 0, last = 0;
+    if (printer.printRange() == QPrinter::PageRange) {
+        first = printer.fromPage();
+        last = printer.toPage();
+    } else if (printer.printRange() == QPrinter::CurrentPage) {
+        first = last = currentPage() + 1;
+    }
+    QString error;
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+    const bool ok = paintReport(m_report, printer, &error, first, last);
+    QApplication::restoreOverrideCursor();
+    if (!ok)
+        MessageService::critical(this, error);
+}
+
+bool frmViewReport::exportTo(const QString &path)
+{
+    QString error;
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+    const bool ok = exportFile(m_report, path, &error);
+    QApplication::restoreOverrideCursor();
+    if (!ok) {
+        MessageService::critical(this, error);
+        return false;
+    }
+    lblStatus->setText(QStringLiteral("Saved to %1").arg(QDir::toNativeSeparators(path)));
+    return true;
+}
+
+void frmViewReport::exportAs(const QString &filter, const QString &suffix)
+{
+    QString name = m_report.heading.isEmpty() ? m_report.design.name : m_report.heading;
+    name.replace(QRegularExpression(QStringLiteral("[^A-Za-z0-9]+")), QStringLiteral("_"));
+    const QString dir = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    QString path = QFileDialog::getSaveFileName(this, QStringLiteral("SAVE REPORT"),
+                                                QDir(dir).filePath(name + QLatin1Char('.') + suffix), filter);
+    if (path.isEmpty())
+        return;
+    if (QFileInfo(path).suffix().compare(suffix, Qt::CaseInsensitive) != 0)
+        path += QLatin1Char('.') + suffix;
+    exportTo(path);
+}
+
+frmViewReport *frmViewReport::drillDown(int line)
+{
+    const auto request = m_report.drillDown(line);
+    if (!request)
+        return nullptr;
+    if (!DesignCatalogue(ReportFrame::userDesignDir()).contains(request->design)) {
+        MessageService::critical(this, QStringLiteral("The linked report \"%1\" is not available.").arg(request->design));
+        return nullptr;
+    }
+    // A linked report opens in a viewer of its own, over this one.
+    return Reports::openViewer(this, *request, nullptr);
+}
+
+void frmViewReport::keyPressEvent(QKeyEvent *event)
+{
+    const bool ctrl = event->modifiers() & Qt::ControlModifier;
+    switch (event->key()) {
+    case Qt::Key_PageDown: showPage(currentPage() + 1); return;
+    case Qt::Key_PageUp: showPage(currentPage() - 1); return;
+    case Qt::Key_Home: if (ctrl || !m_scroll->hasFocus()) { showPage(0); return; } break;
+    case Qt::Key_End: if (ctrl || !m_scroll->hasFocus()) { showPage(m_report.pageCount() - 1); return; } break;
+    case Qt::Key_Plus:
+    case Qt::Key_Equal: if (ctrl) { setZoom(zoom() + 25); return; } break;
+    case Qt::Key_Minus: if (ctrl) { setZoom(zoom() - 25); return; } break;
+    case Qt::Key_P: if (ctrl) { print(); return; } break;
+    case Qt::Key_Escape: close(); return;
+    default: break;
+    }
+    QWidget::keyPressEvent(event);
+}
