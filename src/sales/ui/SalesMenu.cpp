@@ -1,7 +1,9 @@
 #include "foundation/ui/MenuRouter.h"
 
+void registerTitleMenu(MenuRouter &router);
+
 // The menu entries of this subsystem and the screens they open.
 void registerSalesMenu(MenuRouter &router)
 {
-    Q_UNUSED(router);
+    registerTitleMenu(router);
 }

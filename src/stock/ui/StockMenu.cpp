@@ -1,7 +1,9 @@
 #include "foundation/ui/MenuRouter.h"
 
+void registerItemCodingMenu(MenuRouter &router);
+
 // The menu entries of this subsystem and the screens they open.
 void registerStockMenu(MenuRouter &router)
 {
-    Q_UNUSED(router);
+    registerItemCodingMenu(router);
 }

@@ -1,0 +1,66 @@
+#include "accounts/ui/CommandGate.h"
+
+#include <QEvent>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QValidator>
+
+CommandGate::CommandGate(QPushButton *button, Check check, Work work)
+    : QObject(button), m_button(button), m_check(std::move(check)), m_work(std::move(work))
+{
+    button->installEventFilter(this);
+    connect(button, &QPushButton::clicked, this, &CommandGate::clicked);
+}
+
+bool CommandGate::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == m_button && event->type() == QEvent::FocusIn) {
+        m_checkedOnFocus = true;
+        m_focusCheckPassed = !m_check || m_check();
+    }
+    return QObject::eventFilter(watched, event);
+}
+
+void CommandGate::clicked()
+{
+    if (m_checkedOnFocus) {
+        m_checkedOnFocus = false;
+        if (!m_focusCheckPassed)
+            return;
+    } else if (m_check && !m_check()) {
+        return;
+    }
+    if (m_work)
+        m_work();
+}
+
+namespace {
+class FaxValidator : public QValidator
+{
+public:
+    using QValidator::QValidator;
+    State validate(QString &input, int &pos) const override
+    {
+        QString kept;
+        int newPos = pos;
+        for (int i = 0; i < input.size(); ++i) {
+            const QChar c = input.at(i);
+            if ((c >= QLatin1Char('0') && c <= QLatin1Char('9')) || c == QLatin1Char(' ') || c == QLatin1Char(',')
+                || c == QLatin1Char('-'))
+                kept += c;
+            else if (i < pos)
+                --newPos;
+        }
+        input = kept;
+        pos = newPos;
+        return Acceptable;
+    }
+};
+} // namespace
+
+QValidator *attachFaxFilter(QLineEdit *field)
+{
+    auto *v = new FaxValidator(field);
+    field->setValidator(v);
+    return v;
+}

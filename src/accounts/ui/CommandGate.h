@@ -1,0 +1,38 @@
+#pragma once
+
+#include <QObject>
+#include <functional>
+
+class QPushButton;
+
+// The checks of a command run when its button takes the focus, so a user
+// who tabs onto the button hears of a missing field at once and is sent
+// back to it; a click then runs the command. A click whose own focus
+// check failed does nothing more, and a click on a button that had the
+// focus already runs the check first.
+class CommandGate : public QObject
+{
+    Q_OBJECT
+public:
+    using Check = std::function<bool()>;
+    using Work = std::function<void()>;
+    CommandGate(QPushButton *button, Check check, Work work);
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    void clicked();
+
+    QPushButton *m_button;
+    Check m_check;
+    Work m_work;
+    bool m_checkedOnFocus = false;
+    bool m_focusCheckPassed = false;
+};
+
+class QValidator;
+class QLineEdit;
+// The fax field's filter: digits, blank, comma and dash; every other
+// character is dropped, typed or pasted.
+QValidator *attachFaxFilter(QLineEdit *field);

@@ -1,0 +1,75 @@
+#pragma once
+
+#include "accounts/Outcome.h"
+#include "foundation/ui/BaseScreen.h"
+
+class QComboBox;
+class QLineEdit;
+class QPushButton;
+class QTableView;
+class MaskedLineEdit;
+namespace ItemCoding { struct Item; }
+
+// ITEM CODING: adds items to the item master. MODIFY ITEM CODING (the
+// subclass) changes one, found by its old name or old code.
+class frmItemCoding : public BaseScreen
+{
+    Q_OBJECT
+public:
+    explicit frmItemCoding(QWidget *parent = nullptr);
+    void onOpened() override;
+
+    MaskedLineEdit *mskItemCode = nullptr;
+    QLineEdit *txtLastCode = nullptr;
+    QLineEdit *txtItemName = nullptr;
+    QLineEdit *txtCostRate = nullptr;
+    QLineEdit *txtSaleRate = nullptr;
+    QComboBox *cmbUnitType = nullptr;
+    QTableView *dgItemCoding = nullptr;
+    QPushButton *cmdOk = nullptr;
+    QPushButton *cmdCancel = nullptr;
+    QPushButton *cmdAddCompany = nullptr;
+
+protected:
+    // For the modify screen: builds the old-item fields first.
+    struct ModifyTag {};
+    frmItemCoding(ModifyTag, QWidget *parent);
+    void buildFields();
+    void buildButtons(const QString &commandName, const QString &caption);
+    ItemCoding::Item enteredItem() const;
+    void refuse(const Outcome &r);
+    QPushButton *m_command = nullptr;
+
+private:
+    void showLastCode();
+    void showSimilarNames();
+    bool check();
+    void add();
+};
+
+class frmModifyItemCoding : public frmItemCoding
+{
+    Q_OBJECT
+public:
+    explicit frmModifyItemCoding(QWidget *parent = nullptr);
+    void onOpened() override;
+
+    QComboBox *cmbOldItemName = nullptr;
+    MaskedLineEdit *mskOldItemCode = nullptr;
+    QPushButton *cmdModify = nullptr;
+
+    QString oldItemCode() const { return m_oldItemCode; }
+    QString oldItemName() const { return m_oldItemName; }
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    void loadOldNames();
+    void showOldItem();
+    bool check();
+    void modify();
+
+    QString m_oldItemCode;
+    QString m_oldItemName;
+};
