@@ -153,6 +153,9 @@ const QVector<Index> &indexes()
         {QStringLiteral("ixPartyBalanceCode"), QStringLiteral("tblPartyBalance"), QStringLiteral("PartyCode, VDate"), false},
         {QStringLiteral("ixPartyBalanceVoucher"), QStringLiteral("tblPartyBalance"), QStringLiteral("VoucherType, VoucherNo, VDate"), false},
         {QStringLiteral("ixPartyBalanceDate"), QStringLiteral("tblPartyBalance"), QStringLiteral("VDate"), false},
+        // The ledger views group and select accounts by the code without its
+        // trailing blanks.
+        {QStringLiteral("ixPartyBalanceTrimCode"), QStringLiteral("tblPartyBalance"), QStringLiteral("(RTRIM(PartyCode)), VDate"), false},
         {QStringLiteral("uxPartyInfoCode"), QStringLiteral("tblPartyInfo"), QStringLiteral("PartyCode"), true},
         {QStringLiteral("uxPartyInfoName"), QStringLiteral("tblPartyInfo"), QStringLiteral("PartyName"), true},
         {QStringLiteral("ixInvoiceTitle"), QStringLiteral("tblInvoice"), QStringLiteral("TitleName, InvoiceNo"), false},
