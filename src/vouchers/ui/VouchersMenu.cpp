@@ -1,7 +1,56 @@
+#include "foundation/Session.h"
 #include "foundation/ui/MenuRouter.h"
+#include "foundation/ui/MessageService.h"
+#include "vouchers/VoucherStaging.h"
+#include "vouchers/ui/frmJournalVoucher.h"
+
+namespace {
+
+// A voucher screen that is open with lines typed is not restarted without
+// asking: the menu would empty its staging.
+bool mayRestart(MdiHost &host)
+{
+    auto *open = qobject_cast<frmJournalVoucher *>(host.findScreen(QStringLiteral("frmJournalVoucher")));
+    if (!open || VoucherStaging(session().db()).lines().isEmpty())
+        return true;
+    if (MessageService::askYesNoCritical(open, QStringLiteral("Are you sure you want to close this voucher")))
+        return true;
+    host.bringForward(open);
+    return false;
+}
+
+void openVoucher(MdiHost &host, const QStringList &types, const QString &start)
+{
+    if (!mayRestart(host))
+        return;
+    session().voucherMode = QStringLiteral("NEW");
+    auto *f = host.showScreen<frmJournalVoucher>(QStringLiteral("frmJournalVoucher"));
+    StartVoucherScreen(f);
+    f->setVoucherTypes(types, start);
+}
+
+} // namespace
 
 // The menu entries of this subsystem and the screens they open.
 void registerVouchersMenu(MenuRouter &router)
 {
-    Q_UNUSED(router);
+    router.on(QStringLiteral("mnuPJournalVoucher"),
+              [](MdiHost &host) { openVoucher(host, {QStringLiteral("JV")}, QStringLiteral("JV")); });
+    router.on(QStringLiteral("mnuPCashPaidVoucher"),
+              [](MdiHost &host) { openVoucher(host, {QStringLiteral("CP")}, QStringLiteral("CP")); });
+    router.on(QStringLiteral("mnuPCashReceivedVoucher"),
+              [](MdiHost &host) { openVoucher(host, {QStringLiteral("CR")}, QStringLiteral("CR")); });
+    router.on(QStringLiteral("mnuBankPaidVoucher"), [](MdiHost &host) {
+        openVoucher(host, {QStringLiteral("BP"), QStringLiteral("JV")}, QStringLiteral("BP"));
+    });
+    router.on(QStringLiteral("mnuBankReceivedVoucher"), [](MdiHost &host) {
+        openVoucher(host, {QStringLiteral("BR"), QStringLiteral("JV")}, QStringLiteral("BR"));
+    });
+    router.on(QStringLiteral("mnuPModifyJournalVoucher"), [](MdiHost &host) {
+        if (!mayRestart(host))
+            return;
+        session().voucherMode = QStringLiteral("MODIFY");
+        auto *f = host.showScreen<frmJournalVoucher>(QStringLiteral("frmJournalVoucher"));
+        f->startModify();
+    });
 }
