@@ -1,0 +1,197 @@
+#include "foundation/ui/frmMDITessel.h"
+
+#include "foundation/Logon.h"
+#include "foundation/Session.h"
+#include "foundation/Startup.h"
+#include "foundation/ui/MenuTree.h"
+#include "foundation/ui/MessageService.h"
+#include "foundation/ui/ScreenServices.h"
+#include "foundation/ui/frmAboutTessel.h"
+
+#include <QAction>
+#include <QCloseEvent>
+#include <QGuiApplication>
+#include <QHBoxLayout>
+#include <QMdiArea>
+#include <QMenuBar>
+#include <QMouseEvent>
+#include <QScreen>
+#include <QVBoxLayout>
+
+void PanelLabel::mouseReleaseEvent(QMouseEvent *event)
+{
+    if (event->button() == Qt::LeftButton && rect().contains(event->position().toPoint()))
+        Q_EMIT clicked();
+    QLabel::mouseReleaseEvent(event);
+}
+
+frmMDITessel::frmMDITessel(QWidget *parent)
+    : QMainWindow(parent)
+{
+    setObjectName(QStringLiteral("frmMDITessel"));
+    setWindowTitle(session().windowTitle);
+
+    auto *central = new QWidget(this);
+    auto *layout = new QHBoxLayout(central);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    PicLeft = new QFrame(central);
+    PicLeft->setObjectName(QStringLiteral("PicLeft"));
+    m_area = new QMdiArea(central);
+    m_area->setObjectName(QStringLiteral("mdiArea"));
+    m_area->setBackground(QColor(0xE6, 0xEC, 0xEA));
+    m_area->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    m_area->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    layout->addWidget(PicLeft);
+    layout->addWidget(m_area, 1);
+    setCentralWidget(central);
+
+    // The entries this window answers itself; the subsystems may take them over.
+    m_router.on(QStringLiteral("mnuATessel"), [this](MdiHost &) { showAbout(); });
+    m_router.on(QStringLiteral("mnuPShowDBCRAccounts"), [](MdiHost &) {});
+    m_router.registerAll();
+
+    buildMenus();
+    buildSidePanel();
+    resize(1200, 760);
+}
+
+void frmMDITessel::buildMenus()
+{
+    QVector<QMenu *> menus(3, nullptr); // the open menu at each depth
+    const QVector<MenuEntry> &tree = mainMenuTree();
+    for (int i = 0; i < tree.size(); ++i) {
+        const MenuEntry &e = tree.at(i);
+        const QString name = QString::fromLatin1(e.name);
+        const QString caption = QString::fromLatin1(e.caption);
+        const bool isMenu = i + 1 < tree.size() && tree.at(i + 1).depth > e.depth;
+        QMenu *parentMenu = e.depth > 0 ? menus.at(e.depth - 1) : nullptr;
+        if (name == QLatin1String("-")) {
+            if (parentMenu)
+                parentMenu->addSeparator();
+            continue;
+        }
+        QAction *action = nullptr;
+        if (isMenu) {
+            QMenu *menu = e.depth == 0 ? menuBar()->addMenu(caption) : parentMenu->addMenu(caption);
+            menu->setObjectName(name);
+            action = menu->menuAction();
+            menus[e.depth] = menu;
+        } else {
+            action = parentMenu->addAction(caption);
+            action->setEnabled(m_router.has(name));
+            connect(action, &QAction::triggered, this, [this, name] { m_router.trigger(name, *this); });
+        }
+        action->setObjectName(name);
+        m_actions.insert(name, action);
+        if (parentMenu)
+            m_parentMenu.insert(action, parentMenu->menuAction());
+    }
+}
+
+void frmMDITessel::buildSidePanel()
+{
+    PicLeft->setFixedWidth(168);
+    PicLeft->setStyleSheet(QStringLiteral(
+        "QFrame#PicLeft { background: qlineargradient(x1:0, y1:0, x2:0, y2:1, stop:0 #015A4D, stop:1 #017C6A); }"
+        "QLabel { color: white; padding: 7px 14px; font-weight: bold; border-radius: 3px; }"
+        "QLabel:hover { background: rgba(255,255,255,40); }"
+        "QLabel:disabled { color: rgba(255,255,255,90); }"
+        "QLabel#lblPanelHead { font-size: 15pt; padding: 14px 14px 10px 14px; }"));
+    auto *layout = new QVBoxLayout(PicLeft);
+    layout->setContentsMargins(6, 4, 6, 10);
+    layout->setSpacing(1);
+    auto *head = new QLabel(QStringLiteral("TESSEL"), PicLeft);
+    head->setObjectName(QStringLiteral("lblPanelHead"));
+    layout->addWidget(head);
+    for (const PanelEntry &p : sidePanelEntries()) {
+        auto *label = new PanelLabel(QString::fromLatin1(p.caption), PicLeft);
+        label->setObjectName(QString::fromLatin1(p.label));
+        label->setCursor(Qt::PointingHandCursor);
+        const QString actionName = QString::fromLatin1(p.action);
+        label->setToolTip(menuAction(actionName) ? menuAction(actionName)->text() : QString());
+        layout->addWidget(label);
+        connect(label, &PanelLabel::clicked, this, [this, actionName] { runMenuEntry(actionName); });
+        auto refresh = [this, label, actionName] { label->setEnabled(isReachable(menuAction(actionName))); };
+        refresh();
+        // Rights switch entries (and their menus) off after the panel is built.
+        for (QAction *a = menuAction(actionName); a; a = m_parentMenu.value(a))
+            connect(a, &QAction::changed, label, refresh);
+    }
+    layout->addStretch(1);
+}
+
+QAction *frmMDITessel::menuAction(const QString &objectName) const
+{
+    return m_actions.value(objectName);
+}
+
+bool frmMDITessel::isReachable(const QAction *action) const
+{
+    if (!action)
+        return false;
+    for (const QAction *a = action; a; a = m_parentMenu.value(a))
+        if (!a->isEnabled())
+            return false;
+    return true;
+}
+
+bool frmMDITessel::runMenuEntry(const QString &objectName)
+{
+    QAction *a = menuAction(objectName);
+    if (!isReachable(a))
+        return false;
+    a->trigger();
+    return true;
+}
+
+bool frmMDITessel::load()
+{
+    Session &s = session();
+    setWindowTitle(s.windowTitle);
+    const QScreen *screen = this->screen() ? this->screen() : QGuiApplication::primaryScreen();
+    const int width = screen ? screen->geometry().width() : 1024;
+    Startup::Gate gate = Startup::Gate::Current;
+    if (!runSafely(this, [&] { gate = Startup::loadMainWindow(s, QDate::currentDate(), width); }))
+        return true; // the message has been shown; the window still works
+    if (gate == Startup::Gate::Newer) {
+        MessageService::information(this, Startup::needsUpdateMessage());
+        return false;
+    }
+    return true;
+}
+
+void frmMDITessel::ApplyUserRights()
+{
+    QStringList names;
+    if (!runSafely(this, [&] { names = Logon::disabledMenus(session().db(), session().currentUserName); }))
+        return;
+    for (const QString &name : names)
+        if (QAction *a = menuAction(name))
+            a->setEnabled(false);
+}
+
+void frmMDITessel::hideSidePanelLabels()
+{
+    for (const PanelEntry &p : sidePanelEntries())
+        if (QWidget *w = PicLeft->findChild<QWidget *>(QString::fromLatin1(p.label)))
+            w->setVisible(false);
+}
+
+void frmMDITessel::showAbout()
+{
+    auto *about = new frmAboutTessel(this);
+    about->setAttribute(Qt::WA_DeleteOnClose);
+    about->setModal(true);
+    about->open();
+}
+
+void frmMDITessel::closeEvent(QCloseEvent *event)
+{
+    if (!MessageService::askYesNoCritical(this, Startup::quitQuestion())) {
+        event->ignore();
+        return;
+    }
+    event->accept();
+    Q_EMIT quitConfirmed();
+}

@@ -1,0 +1,71 @@
+#pragma once
+
+#include "foundation/ui/MenuRouter.h"
+
+#include <QHash>
+#include <QLabel>
+#include <QMainWindow>
+
+class QFrame;
+class QMdiArea;
+class QMenu;
+
+// A label of the side panel that runs a menu entry when clicked.
+class PanelLabel : public QLabel
+{
+    Q_OBJECT
+public:
+    using QLabel::QLabel;
+Q_SIGNALS:
+    void clicked();
+protected:
+    void mouseReleaseEvent(QMouseEvent *event) override;
+};
+
+// The main window: the menu tree, the side panel PicLeft and the area the
+// screens open in.
+class frmMDITessel : public QMainWindow, public MdiHost
+{
+    Q_OBJECT
+public:
+    explicit frmMDITessel(QWidget *parent = nullptr);
+
+    QMdiArea *mdiArea() const override { return m_area; }
+    QMainWindow *mainWindow() override { return this; }
+
+    // The Load: title, company row, report zoom, Today, version gate,
+    // WorkDate. False when the database is newer than the program: the
+    // message has been shown and the program is to end.
+    bool load();
+
+    // Switches off the entries named in the user's rights.
+    void ApplyUserRights();
+    // Hides the fifteen labels of the side panel (a common user).
+    void hideSidePanelLabels();
+
+    QAction *menuAction(const QString &objectName) const;
+    // The entry is enabled and so is every menu above it.
+    bool isReachable(const QAction *action) const;
+    // Runs an entry as a click would, when the user can reach it.
+    bool runMenuEntry(const QString &objectName);
+
+    MenuRouter &router() { return m_router; }
+
+Q_SIGNALS:
+    // The user answered Yes to the quit question: the program ends.
+    void quitConfirmed();
+
+protected:
+    void closeEvent(QCloseEvent *event) override;
+
+private:
+    void buildMenus();
+    void buildSidePanel();
+    void showAbout();
+
+    QMdiArea *m_area = nullptr;
+    QFrame *PicLeft = nullptr;
+    MenuRouter m_router;
+    QHash<QString, QAction *> m_actions;
+    QHash<const QAction *, QAction *> m_parentMenu; // entry -> its menu's action
+};
