@@ -5,6 +5,7 @@
 -- carried to capital, under code "20-01-999" in the capital group. With
 -- that line the balances add up to nothing: the sheet balances.
 CREATE VIEW BalanceSheet AS
+WITH t AS (SELECT * FROM AccountPeriodTotals)
 SELECT t.PartyCode AS PartyCode,
        COALESCE(ah.PartyName, t.PartyName) AS PartyName,
        0 AS LineKind,
@@ -21,7 +22,7 @@ SELECT t.PartyCode AS PartyCode,
        CASE WHEN t.ClosingCents > 0 THEN 'DR' WHEN t.ClosingCents < 0 THEN 'CR' ELSE '' END AS DrCr,
        (SELECT SDate FROM LedgerPeriod) AS SDate,
        (SELECT EDate FROM LedgerPeriod) AS EDate
-FROM AccountPeriodTotals t
+FROM t
 LEFT JOIN AccountHeading ah ON ah.PartyCode = t.PartyCode
 WHERE t.PartyCode >= '10-00-000' AND t.PartyCode <= '20-01-999'
 UNION ALL
@@ -46,6 +47,6 @@ FROM (SELECT COUNT(*) AS Accounts,
              SUM(DebitCents) AS DebitCents,
              SUM(CreditCents) AS CreditCents,
              SUM(ClosingCents) AS ClosingCents
-      FROM AccountPeriodTotals
+      FROM t
       WHERE PartyCode < '10-00-000' OR PartyCode > '20-01-999') r
 WHERE r.Accounts > 0

@@ -6,6 +6,7 @@
 -- NET LOSS (on the income side), so that the two sides total alike; its
 -- PartyBalance is the result as the balance sheet takes it.
 CREATE VIEW ProfitAndLoss AS
+WITH t AS (SELECT * FROM AccountPeriodTotals)
 SELECT t.PartyCode AS PartyCode,
        COALESCE(ah.PartyName, t.PartyName) AS PartyName,
        0 AS LineKind,
@@ -20,7 +21,7 @@ SELECT t.PartyCode AS PartyCode,
        ABS(t.PeriodCents) / 100.0 AS Amount,
        (SELECT SDate FROM LedgerPeriod) AS SDate,
        (SELECT EDate FROM LedgerPeriod) AS EDate
-FROM AccountPeriodTotals t
+FROM t
 LEFT JOIN AccountHeading ah ON ah.PartyCode = t.PartyCode
 WHERE (t.PartyCode < '10-00-000' OR t.PartyCode > '20-01-999') AND t.PeriodRows > 0
 UNION ALL
@@ -42,6 +43,6 @@ FROM (SELECT COUNT(*) AS Accounts,
              SUM(DebitCents) AS DebitCents,
              SUM(CreditCents) AS CreditCents,
              SUM(PeriodCents) AS PeriodCents
-      FROM AccountPeriodTotals
+      FROM t
       WHERE (PartyCode < '10-00-000' OR PartyCode > '20-01-999') AND PeriodRows > 0) r
 WHERE r.Accounts > 0
