@@ -14,6 +14,8 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QDir>
+#include <QGroupBox>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
@@ -169,7 +171,7 @@ private slots:
         QTest::newRow("bounced") << "optBounceVouchers" << "" << "BOUNCE VOUCHERS" << "BOUNCE VOUCHER LISTING" << 0;
         // Typed from the 10th on: only the JV, dated the 5th but entered on the 20th.
         QTest::newRow("record tracking") << "optRecordTracking" << "" << "RECORD TRACKING" << "RECORD TRACKING" << 2;
-        QTest::newRow("no option") << "" << "" << "REPORT" << "VOUCHER LISTING" << 4;
+        QTest::newRow("no option") << "" << "" << "VOUCHER LISTING" << "VOUCHER LISTING" << 4;
     }
     void listings()
     {
