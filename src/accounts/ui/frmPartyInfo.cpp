@@ -18,6 +18,7 @@
 #include <QLineEdit>
 #include <QMdiSubWindow>
 #include <QPushButton>
+#include <QSignalBlocker>
 #include <QTableView>
 
 frmPartyInfo::frmPartyInfo(QWidget *parent)
@@ -216,7 +217,11 @@ void frmPartyInfo::clearForNext()
     for (QLineEdit *e : {txtPartyName, txtPartyAddress, txtPartyPhone, txtPartyFax, txtPartyEmail, txtPartyDesc,
                          txtBalance})
         e->clear();
-    mskPartyCode->clearMask();
+    {
+        // The last code shown stays for the next account of the group.
+        const QSignalBlocker keepHint(mskPartyCode);
+        mskPartyCode->clearMask();
+    }
     mskSaleTax->clearMask();
     mskNTN->clearMask();
     txtDueDays->setText(QStringLiteral("0"));
