@@ -91,7 +91,7 @@ void frmMDITessel::buildMenus()
 
 void frmMDITessel::buildSidePanel()
 {
-    PicLeft->setFixedWidth(168);
+    PicLeft->setFixedWidth(196);
     PicLeft->setStyleSheet(QStringLiteral(
         "QFrame#PicLeft { background: qlineargradient(x1:0, y1:0, x2:0, y2:1, stop:0 #015A4D, stop:1 #017C6A); }"
         "QLabel { color: white; padding: 7px 14px; font-weight: bold; border-radius: 3px; }"

@@ -1,0 +1,550 @@
+#include "foundation/PasswordHash.h"
+#include "foundation/Session.h"
+#include "foundation/ui/StartupFlow.h"
+#include "foundation/ui/frmAboutTessel.h"
+#include "support/TestDb.h"
+#include "support/ui/MessageRecorder.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QComboBox>
+#include <QDir>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMdiArea>
+#include <QMenu>
+#include <QMenuBar>
+#include <QPushButton>
+#include <QTemporaryDir>
+#include <QtTest>
+
+// From the account-year screen to the main window, as a user goes.
+class TestStartup : public QObject
+{
+    Q_OBJECT
+private Q_SLOTS:
+    void cleanup();
+    void startsToMainWindow_data() { TestDb::addBackends(); }
+    void startsToMainWindow();
+    void logOnFailures_data() { TestDb::addBackends(); }
+    void logOnFailures();
+    void splashRefusals();
+    void unreachableServer();
+    void asksForServerPassword();
+    void commonUserLosesPanel();
+    void rightsSwitchEntriesOff_data() { TestDb::addBackends(); }
+    void rightsSwitchEntriesOff();
+    void newerDatabaseRefused();
+    void quitAsksFirst();
+    void aboutAndEmptyEntry();
+    void menuEntries_data();
+    void menuEntries();
+};
+
+namespace {
+
+AppSettings settingsFor(const ConnectionProfile &profile)
+{
+    AppSettings s;
+    s.profiles = {profile};
+    return s;
+}
+
+template <class T>
+T *child(QWidget *w, const char *name)
+{
+    T *c = w ? w->findChild<T *>(QString::fromLatin1(name)) : nullptr;
+    if (!c)
+        qWarning("no %s", name);
+    return c;
+}
+
+void shoot(QWidget *w, const QString &name)
+{
+    const QString dir = qEnvironmentVariable("TESSEL_SCREENSHOT_DIR");
+    if (dir.isEmpty() || !w)
+        return;
+    QDir().mkpath(dir);
+    w->grab().save(dir + QLatin1Char('/') + name + QStringLiteral(".png"));
+}
+
+// Picks the year and presses the button: the log-on comes up.
+bool reachLogOn(StartupFlow &flow, const TestDb::Year &year)
+{
+    flow.setQuick(true);
+    flow.start(year.profile().name, year.name());
+    auto *splash = flow.splash();
+    if (!splash || child<QComboBox>(splash, "cmbDataBase")->currentText() != year.name())
+        return false;
+    shoot(splash, QStringLiteral("startup"));
+    QTest::mouseClick(child<QPushButton>(splash, "cmdLogOnForm"), Qt::LeftButton);
+    return QTest::qWaitFor([&] { return flow.logOn() && flow.logOn()->isVisible(); }, 5000);
+}
+
+void typeLogOn(frmLogOn *logOn, const QString &user, const QString &password)
+{
+    auto *name = child<QLineEdit>(logOn, "txtUserName");
+    name->clear();
+    QTest::keyClicks(name, user);
+    child<QLineEdit>(logOn, "txtPassword")->setText(password);
+    QTRY_VERIFY(child<QPushButton>(logOn, "cmdLogOn")->isEnabled());
+    QTest::mouseClick(child<QPushButton>(logOn, "cmdLogOn"), Qt::LeftButton);
+}
+
+void addUser(SessionConnection &db, const QString &name, const QString &password, const QString &type)
+{
+    db.execute(QStringLiteral("INSERT INTO tblLogon (UserName, Password, UserType) VALUES (?, ?, ?)"),
+               {name, PasswordHash::hash(password), type});
+}
+
+// Closes this run's connection before the year it is open on goes away.
+struct SessionGuard
+{
+    ~SessionGuard() { session() = Session(); }
+};
+
+} // namespace
+
+void TestStartup::cleanup()
+{
+    session() = Session();
+}
+
+void TestStartup::startsToMainWindow()
+{
+    TESSEL_YEAR(year);
+    SessionGuard guard;
+    MessageRecorder rec;
+    StartupFlow flow(settingsFor(year.profile()));
+    QVERIFY(reachLogOn(flow, year));
+    QVERIFY(session().connectOk);
+    QCOMPARE(session().databaseName, year.name());
+    QCOMPARE(flow.logOn()->windowTitle(), QStringLiteral("Tessel Press Office"));
+
+    QTest::keyClicks(child<QLineEdit>(flow.logOn(), "txtUserName"), QStringLiteral("admin"));
+    QCOMPARE(child<QLineEdit>(flow.logOn(), "txtUserName")->text(), QStringLiteral("ADMIN"));
+    QTest::keyClicks(child<QLineEdit>(flow.logOn(), "txtPassword"), QStringLiteral("secret"));
+    shoot(flow.logOn(), QStringLiteral("logon"));
+    QTest::keyClick(child<QLineEdit>(flow.logOn(), "txtPassword"), Qt::Key_Return);
+    QTRY_VERIFY(flow.mainWindow() && flow.mainWindow()->isVisible());
+
+    frmMDITessel *main = flow.mainWindow();
+    QCOMPARE(main->windowTitle(), QStringLiteral("Tessel Business Suite ( %1 )").arg(year.name()));
+    QCOMPARE(session().currentUserName, QStringLiteral("ADMIN"));
+    QCOMPARE(session().currentUserType, QStringLiteral("ADMINISTRATOR"));
+    QCOMPARE(session().today, QDate::currentDate());
+    const QDate closing = session().db().selectOne(QStringLiteral("SELECT ClosingDate FROM tblClosingDate"))->date(0);
+    QCOMPARE(session().workDate, closing.addDays(1));
+    QCOMPARE(session().firstOpenDate, closing.addDays(1));
+    QVERIFY(session().reportZoom > 0);
+    QVERIFY(child<QLabel>(main, "lblAccounts")->isVisible());
+    QVERIFY(rec.isEmpty());
+    QApplication::processEvents();
+    shoot(main, QStringLiteral("mainwindow"));
+}
+
+void TestStartup::logOnFailures()
+{
+    TESSEL_YEAR(year);
+    SessionGuard guard;
+    {
+        auto db = year.connect();
+        addUser(*db, QStringLiteral("CLERK"), QStringLiteral("ink "), QStringLiteral("COMMON USER"));
+    }
+    MessageRecorder rec;
+    StartupFlow flow(settingsFor(year.profile()));
+    QVERIFY(reachLogOn(flow, year));
+    frmLogOn *logOn = flow.logOn();
+
+    const QList<QPair<QString, QString>> wrong = {
+        {QStringLiteral("NOBODY"), QStringLiteral("secret")},  // unknown user
+        {QStringLiteral("ADMIN"), QStringLiteral("SECRET")},   // case counts
+        {QStringLiteral("ADMIN"), QStringLiteral("secret ")},  // the password is not trimmed
+        {QStringLiteral("CLERK"), QStringLiteral("ink")},
+        {QStringLiteral("ADMIN"), QString()},
+    };
+    for (const auto &attempt : wrong) {
+        rec.clear();
+        typeLogOn(logOn, attempt.first, attempt.second);
+        QCOMPARE(rec.count(), 1);
+        QVERIFY(rec.last().isCritical());
+        QCOMPARE(rec.last().text, QStringLiteral("Invalid user name or password"));
+        QCOMPARE(child<QLineEdit>(logOn, "txtUserName")->text(), QString());
+        QCOMPARE(child<QLineEdit>(logOn, "txtPassword")->text(), QString());
+        QTRY_VERIFY(child<QLineEdit>(logOn, "txtUserName")->hasFocus());
+        QVERIFY(!flow.mainWindow());
+        QVERIFY(session().currentUserType.isEmpty());
+    }
+    // Repeated failures make the next attempt wait.
+    QVERIFY(logOn->failures() >= 3);
+
+    // An apostrophe cannot be typed into the name; blanks around it are trimmed.
+    QTest::keyClicks(child<QLineEdit>(logOn, "txtUserName"), QStringLiteral("cl'erk"));
+    QCOMPARE(child<QLineEdit>(logOn, "txtUserName")->text(), QStringLiteral("CLERK"));
+    rec.clear();
+    typeLogOn(logOn, QStringLiteral("  clerk  "), QStringLiteral("ink "));
+    QTRY_VERIFY(flow.mainWindow());
+    QVERIFY(rec.isEmpty());
+    QCOMPARE(session().currentUserName, QStringLiteral("CLERK"));
+}
+
+void TestStartup::splashRefusals()
+{
+    MessageRecorder rec;
+    QTemporaryDir dir;
+    ConnectionProfile profile = ConnectionProfile::embeddedDefault();
+    profile.dataDir = dir.path();
+    {
+        frmSplashScreen splash(settingsFor(profile));
+        splash.show();
+        QCOMPARE(child<QComboBox>(&splash, "cmbDataBase")->count(), 0);
+        QTest::mouseClick(child<QPushButton>(&splash, "cmdLogOnForm"), Qt::LeftButton);
+        QCOMPARE(rec.last().text, QStringLiteral("Database not found, please select the required account year database."));
+        QVERIFY(rec.last().isCritical());
+        QTRY_VERIFY(child<QComboBox>(&splash, "cmbDataBase")->hasFocus());
+    }
+    // A year that cannot be opened.
+    QFile broken(dir.filePath(QStringLiteral("TesselBroken.sqlite")));
+    QVERIFY(broken.open(QIODevice::WriteOnly));
+    broken.write(QByteArray(4096, 'x'));
+    broken.close();
+    frmSplashScreen splash(settingsFor(profile));
+    QSignalSpy opened(&splash, &frmSplashScreen::databaseOpened);
+    splash.show();
+    QCOMPARE(child<QComboBox>(&splash, "cmbDataBase")->currentText(), QStringLiteral("TesselBroken"));
+    rec.clear();
+    QTest::mouseClick(child<QPushButton>(&splash, "cmdLogOnForm"), Qt::LeftButton);
+    QCOMPARE(rec.texts(), QStringList{QStringLiteral("Database configuration problem, please select the required database.")});
+    QVERIFY(!session().connectOk);
+    QVERIFY(!session().connection);
+    QTRY_VERIFY(child<QComboBox>(&splash, "cmbDataBase")->hasFocus());
+    QTest::qWait(50);
+    QCOMPARE(opened.count(), 0);
+}
+
+void TestStartup::unreachableServer()
+{
+    MessageRecorder rec;
+    ConnectionProfile server;
+    server.name = QStringLiteral("NOWHERE");
+    server.kind = ConnectionProfile::Kind::PostgreSQL;
+    server.host = QStringLiteral("127.0.0.1");
+    server.port = 1;
+    server.user = QStringLiteral("tessel");
+    server.password = QStringLiteral("x");
+    server.connectTimeoutSeconds = 2;
+    AppSettings settings;
+    ConnectionProfile embedded = ConnectionProfile::embeddedDefault();
+    QTemporaryDir dir;
+    embedded.dataDir = dir.path();
+    settings.profiles = {embedded, server};
+    frmSplashScreen splash(settings);
+    splash.show();
+    QCOMPARE(child<QComboBox>(&splash, "cmbType")->currentIndex(), 0); // the embedded store first
+    splash.preselect(QStringLiteral("NOWHERE"), QString());
+    QCOMPARE(rec.texts(), QStringList{QStringLiteral("Connection not established, please check the server configuration.")});
+    QCOMPARE(child<QComboBox>(&splash, "cmbDataBase")->count(), 0);
+    QVERIFY(child<QPushButton>(&splash, "cmdLogOnForm")->isEnabled());
+}
+
+void TestStartup::asksForServerPassword()
+{
+    if (!TestDb::postgresConfigured())
+        QSKIP("no PostgreSQL test server");
+    TestDb::Year year(QStringLiteral("postgres"));
+    SessionGuard guard;
+    ConnectionProfile profile = year.profile();
+    profile.password.clear();
+    profile.askPassword = true;
+    AppSettings settings;
+    settings.profiles = {ConnectionProfile::embeddedDefault(), profile};
+    MessageRecorder rec;
+    frmSplashScreen splash(settings);
+    int asked = 0;
+    splash.setPasswordPrompt([&](QWidget *, const ConnectionProfile &p, QString &password) {
+        ++asked;
+        password = TestDb::postgresProfile().password;
+        return p.name == profile.name;
+    });
+    splash.preselect(profile.name, year.name());
+    QCOMPARE(asked, 1);
+    QCOMPARE(child<QComboBox>(&splash, "cmbDataBase")->currentText(), year.name());
+    QVERIFY(splash.ConnectDatabase());
+    QCOMPARE(asked, 1); // asked once for the run
+    QVERIFY(rec.isEmpty());
+}
+
+void TestStartup::commonUserLosesPanel()
+{
+    TestDb::Year year(QStringLiteral("sqlite"));
+    SessionGuard guard;
+    {
+        auto db = year.connect();
+        addUser(*db, QStringLiteral("CLERK"), QStringLiteral("ink"), QStringLiteral("COMMON USER"));
+    }
+    MessageRecorder rec;
+    StartupFlow flow(settingsFor(year.profile()));
+    QVERIFY(reachLogOn(flow, year));
+    typeLogOn(flow.logOn(), QStringLiteral("CLERK"), QStringLiteral("ink"));
+    QTRY_VERIFY(flow.mainWindow() && flow.mainWindow()->isVisible());
+    const QStringList labels = {"lblAccounts", "lblCashBook", "lblCashPaid", "lblCashReceived", "lblDC", "lblHelp",
+                                "lblInvoice", "lblLedgerOfAccount", "lblPassword", "lblPayable", "lblPO",
+                                "lblReceivable", "lblSale", "lblSaleRegister", "lblSummary"};
+    for (const QString &name : labels) {
+        QLabel *l = flow.mainWindow()->findChild<QLabel *>(name);
+        QVERIFY2(l, qPrintable(name));
+        QVERIFY2(!l->isVisible(), qPrintable(name));
+    }
+    // The menu stays.
+    QVERIFY(flow.mainWindow()->menuAction(QStringLiteral("mnuATessel"))->isEnabled());
+}
+
+void TestStartup::rightsSwitchEntriesOff()
+{
+    TESSEL_YEAR(year);
+    SessionGuard guard;
+    {
+        auto db = year.connect();
+        db->execute(QStringLiteral("INSERT INTO tblUserRights (USERNAME, Menu) VALUES (?, ?)"),
+                    {QStringLiteral("ADMIN"), QStringLiteral("mnuATessel,mnuAccount,mnuPBankPaidVoucher,mnuURestore")});
+    }
+    MessageRecorder rec;
+    StartupFlow flow(settingsFor(year.profile()));
+    QVERIFY(reachLogOn(flow, year));
+    typeLogOn(flow.logOn(), QStringLiteral("ADMIN"), QStringLiteral("secret"));
+    QTRY_VERIFY(flow.mainWindow() && flow.mainWindow()->isVisible());
+    frmMDITessel *main = flow.mainWindow();
+
+    QVERIFY(!main->menuAction(QStringLiteral("mnuATessel"))->isEnabled());
+    QVERIFY(!main->menuAction(QStringLiteral("mnuAccount"))->isEnabled());
+    // The whole subtree of a switched-off menu is out of reach, the panel's way in too.
+    QVERIFY(!main->isReachable(main->menuAction(QStringLiteral("mnuPPartyInfo"))));
+    QVERIFY(!main->isReachable(main->menuAction(QStringLiteral("mnuBankPaidVoucher"))));
+    QVERIFY(!child<QLabel>(main, "lblAccounts")->isEnabled());
+    QVERIFY(!child<QLabel>(main, "lblHelp")->isEnabled());
+    QVERIFY(!main->runMenuEntry(QStringLiteral("mnuATessel")));
+    QTest::mouseClick(child<QLabel>(main, "lblHelp"), Qt::LeftButton);
+    QVERIFY(!main->findChild<frmAboutTessel *>());
+    // Names that match no entry change nothing; other menus stay as they were.
+    QVERIFY(main->menuAction(QStringLiteral("mnuPPrintParty"))->isEnabled());
+    QVERIFY(main->menuAction(QStringLiteral("mnuUtilities"))->isEnabled());
+    QVERIFY(main->menuAction(QStringLiteral("mnuAbout"))->isEnabled());
+    QVERIFY(rec.isEmpty());
+}
+
+void TestStartup::newerDatabaseRefused()
+{
+    TestDb::Year year(QStringLiteral("sqlite"));
+    SessionGuard guard;
+    MessageRecorder rec;
+    StartupFlow flow(settingsFor(year.profile()));
+    QSignalSpy finished(&flow, &StartupFlow::finished);
+    QVERIFY(reachLogOn(flow, year));
+    session().db().execute(QStringLiteral("UPDATE tblConfig SET UpdateStatus = ?"), {QStringLiteral("99991231")});
+    typeLogOn(flow.logOn(), QStringLiteral("ADMIN"), QStringLiteral("secret"));
+    QTRY_COMPARE(finished.count(), 1);
+    QCOMPARE(rec.count(), 1);
+    QVERIFY(rec.last().isInformation());
+    QCOMPARE(rec.last().text, QStringLiteral("Your software needs some updates, Please update your software."));
+    QVERIFY(!flow.mainWindow() || !flow.mainWindow()->isVisible());
+}
+
+void TestStartup::quitAsksFirst()
+{
+    TestDb::Year year(QStringLiteral("sqlite"));
+    SessionGuard guard;
+    MessageRecorder rec;
+    StartupFlow flow(settingsFor(year.profile()));
+    QSignalSpy finished(&flow, &StartupFlow::finished);
+    QVERIFY(reachLogOn(flow, year));
+    typeLogOn(flow.logOn(), QStringLiteral("ADMIN"), QStringLiteral("secret"));
+    QTRY_VERIFY(flow.mainWindow() && flow.mainWindow()->isVisible());
+
+    rec.answerNext(false);
+    QVERIFY(!flow.mainWindow()->close());
+    QVERIFY(flow.mainWindow()->isVisible());
+    QCOMPARE(rec.last().kind, MessageService::Kind::CriticalQuestion);
+    QCOMPARE(rec.last().text, QStringLiteral("Do you really want to Quit ..."));
+    QCOMPARE(finished.count(), 0);
+
+    rec.answerNext(true);
+    QVERIFY(flow.mainWindow()->close());
+    QCOMPARE(rec.count(), 2);
+    QCOMPARE(finished.count(), 1);
+}
+
+void TestStartup::aboutAndEmptyEntry()
+{
+    TestDb::Year year(QStringLiteral("sqlite"));
+    SessionGuard guard;
+    MessageRecorder rec;
+    StartupFlow flow(settingsFor(year.profile()));
+    QVERIFY(reachLogOn(flow, year));
+    typeLogOn(flow.logOn(), QStringLiteral("ADMIN"), QStringLiteral("secret"));
+    QTRY_VERIFY(flow.mainWindow() && flow.mainWindow()->isVisible());
+    frmMDITessel *main = flow.mainWindow();
+
+    // SHOW DB/CR ACCOUNTS is there, enabled, and does nothing.
+    QAction *empty = main->menuAction(QStringLiteral("mnuPShowDBCRAccounts"));
+    QVERIFY(empty->isEnabled());
+    empty->trigger();
+    QCOMPARE(main->mdiArea()->subWindowList().size(), 0);
+    QVERIFY(!main->findChild<frmAboutTessel *>());
+
+    // HELP on the panel opens the about box; Enter closes it.
+    QTest::mouseClick(child<QLabel>(main, "lblHelp"), Qt::LeftButton);
+    QPointer<frmAboutTessel> about = main->findChild<frmAboutTessel *>();
+    QVERIFY(about);
+    QTRY_VERIFY(about->isVisible());
+    QVERIFY(about->isModal());
+    QVERIFY(child<QLabel>(about, "lblDATABASE")->text() == year.name());
+    shoot(about, QStringLiteral("about"));
+    QTest::keyClick(child<QPushButton>(about, "cmdOk"), Qt::Key_Return);
+    QTRY_VERIFY(!about || !about->isVisible());
+    QVERIFY(rec.isEmpty());
+}
+
+void TestStartup::menuEntries_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("caption");
+    QTest::addColumn<QString>("parent");
+    QTest::newRow("mnuAccount") << "mnuAccount" << "&ACCOUNT" << "";
+    QTest::newRow("mnuPPartyInfo") << "mnuPPartyInfo" << "CREATE ACCOUNT" << "mnuAccount";
+    QTest::newRow("mnuPModifyPartyInfo") << "mnuPModifyPartyInfo" << "MODIFY ACCOUNT" << "mnuAccount";
+    QTest::newRow("mnuEnterVoucher") << "mnuEnterVoucher" << "ENTER VOUCHER" << "mnuAccount";
+    QTest::newRow("mnuPJournalVoucher") << "mnuPJournalVoucher" << "JOURNAL VOUCHER" << "mnuEnterVoucher";
+    QTest::newRow("mnuPCashPaidVoucher") << "mnuPCashPaidVoucher" << "CASH PAID VOUCHER" << "mnuEnterVoucher";
+    QTest::newRow("mnuPCashReceivedVoucher") << "mnuPCashReceivedVoucher" << "CASH RECEIVED VOUCHER" << "mnuEnterVoucher";
+    QTest::newRow("mnuBankPaidVoucher") << "mnuBankPaidVoucher" << "BANK PAID VOUCHER" << "mnuEnterVoucher";
+    QTest::newRow("mnuBankReceivedVoucher") << "mnuBankReceivedVoucher" << "BANK RECEIVED VOUCHER" << "mnuEnterVoucher";
+    QTest::newRow("mnuPModifyJournalVoucher") << "mnuPModifyJournalVoucher" << "MODIFY VOUCHER" << "mnuAccount";
+    QTest::newRow("mnuPostDatedCheque") << "mnuPostDatedCheque" << "POST DATED CHEQUE" << "mnuAccount";
+    QTest::newRow("mnuModifyPostDatedCheque") << "mnuModifyPostDatedCheque" << "MODIFY POST DATED CHEQUE" << "mnuAccount";
+    QTest::newRow("mnuPDebitCreditAccount") << "mnuPDebitCreditAccount" << "DEBIT/CREDIT ACCOUNT" << "mnuAccount";
+    QTest::newRow("mnuPShowDBCRAccounts") << "mnuPShowDBCRAccounts" << "SHOW DB/CR ACCOUNTS" << "mnuAccount";
+    QTest::newRow("mnuPChartOfAccount") << "mnuPChartOfAccount" << "CHART OF ACCOUNT" << "mnuAccount";
+    QTest::newRow("mnuChartOfAccountByAccount") << "mnuChartOfAccountByAccount" << "ACCOUNT WISE" << "mnuPChartOfAccount";
+    QTest::newRow("mnuChartOfAccountByName") << "mnuChartOfAccountByName" << "NAME WISE" << "mnuPChartOfAccount";
+    QTest::newRow("mnuPTrialBalance") << "mnuPTrialBalance" << "PARTY BALANCES" << "mnuAccount";
+    QTest::newRow("mnuPOpeningBalance") << "mnuPOpeningBalance" << "OPENING BALANCE" << "mnuPTrialBalance";
+    QTest::newRow("mnuPModifyBalance") << "mnuPModifyBalance" << "MODIFY BALANCE" << "mnuPTrialBalance";
+    QTest::newRow("mnuPPrintParty") << "mnuPPrintParty" << "VIEW / PRINT REPORTS" << "";
+    QTest::newRow("mnuPrintVoucher") << "mnuPrintVoucher" << "PRINT VOUCHER" << "mnuPPrintParty";
+    QTest::newRow("mnuCashAndBanks") << "mnuCashAndBanks" << "CASH AND BANKS" << "mnuPPrintParty";
+    QTest::newRow("mnuCashBookBetweenTwoDates") << "mnuCashBookBetweenTwoDates" << "CASH BOOK BETWEEN TWO DATES" << "mnuCashAndBanks";
+    QTest::newRow("mnuCashAndBankUptoDate") << "mnuCashAndBankUptoDate" << "UPTO DATE" << "mnuCashAndBanks";
+    QTest::newRow("mnuVoucherListing") << "mnuVoucherListing" << "VOUCHER LISTING" << "mnuPPrintParty";
+    QTest::newRow("mnuRecordTracking") << "mnuRecordTracking" << "RECORD TRACKING" << "mnuPPrintParty";
+    QTest::newRow("mnuPrintPostDatedCheque") << "mnuPrintPostDatedCheque" << "POST DATED CHEQUE" << "mnuPPrintParty";
+    QTest::newRow("mnuPPDebitList") << "mnuPPDebitList" << "DEBIT LIST / RECEIVABLE" << "mnuPPrintParty";
+    QTest::newRow("mnuPPCreditList") << "mnuPPCreditList" << "CREDIT LIST / PAYABALE" << "mnuPPrintParty";
+    QTest::newRow("mnuTrialBalance") << "mnuTrialBalance" << "TRIAL BALANCE" << "mnuPPrintParty";
+    QTest::newRow("mnuPPBalanceSheet") << "mnuPPBalanceSheet" << "BALANCE SHEET" << "mnuPPrintParty";
+    QTest::newRow("mnuBalanceSheetSingleDate") << "mnuBalanceSheetSingleDate" << "BALANCE SHEET SINGLE DATE" << "mnuPPrintParty";
+    QTest::newRow("mnuPartyPosition") << "mnuPartyPosition" << "PARTY POSITION" << "mnuPPrintParty";
+    QTest::newRow("mnuPartyPositionSingleDate") << "mnuPartyPositionSingleDate" << "PARTY POSITION SINGLE DATE" << "mnuPPrintParty";
+    QTest::newRow("mnuPPLedgerOfAccount") << "mnuPPLedgerOfAccount" << "LEDGER OF ACCOUNT" << "mnuPPrintParty";
+    QTest::newRow("mnuPPLedgerOfAccountVW") << "mnuPPLedgerOfAccountVW" << "LEDGER OF ACCOUNT VOUCHER WISE" << "mnuPPrintParty";
+    QTest::newRow("mnuProfitAndLoss") << "mnuProfitAndLoss" << "PROFIT AND LOSS" << "mnuPPrintParty";
+    QTest::newRow("mnuRecoveryReports") << "mnuRecoveryReports" << "RECOVERY REPORTS" << "mnuPPrintParty";
+    QTest::newRow("mnuComparisonReports") << "mnuComparisonReports" << "COMPARISON REPORTS" << "mnuPPrintParty";
+    QTest::newRow("mnuMonthlyExpenseReport") << "mnuMonthlyExpenseReport" << "MONTHLY EXPENSE REPORT" << "mnuComparisonReports";
+    QTest::newRow("mnuMonthlyProfitAndLossReport") << "mnuMonthlyProfitAndLossReport" << "MONTHLY PROFIT AND LOSS REPORT" << "mnuComparisonReports";
+    QTest::newRow("mnuAgingReport") << "mnuAgingReport" << "AGING REPORT" << "mnuPPrintParty";
+    QTest::newRow("mnuItemCoding") << "mnuItemCoding" << "ITEM CODING" << "";
+    QTest::newRow("mnuEnterItemCoding") << "mnuEnterItemCoding" << "ENTER ITEM CODING" << "mnuItemCoding";
+    QTest::newRow("mnuModifyItemCoding") << "mnuModifyItemCoding" << "MODIFY ITEM CODING" << "mnuItemCoding";
+    QTest::newRow("mnuViewItemCoding") << "mnuViewItemCoding" << "VIEW ITEM CODING" << "mnuItemCoding";
+    QTest::newRow("mnuPurchaseOrder") << "mnuPurchaseOrder" << "PURCHASE ORDER" << "";
+    QTest::newRow("mnuEnterPurchaseOrder") << "mnuEnterPurchaseOrder" << "ENTER PURCHASE ORDER" << "mnuPurchaseOrder";
+    QTest::newRow("mnuModifyPurchaseOrder") << "mnuModifyPurchaseOrder" << "MODIFY PURCHASE ORDER" << "mnuPurchaseOrder";
+    QTest::newRow("mnuDeletePurchaseOrder") << "mnuDeletePurchaseOrder" << "DELETE PURCHASE ORDER" << "mnuPurchaseOrder";
+    QTest::newRow("mnuViewPurchaseOrder") << "mnuViewPurchaseOrder" << "VIEW PURCHASE ORDER" << "mnuPurchaseOrder";
+    QTest::newRow("mnuViewPurchaseOrderStatusReport") << "mnuViewPurchaseOrderStatusReport" << "VIEW PURCHASE ORDER STATUS REPORT" << "mnuPurchaseOrder";
+    QTest::newRow("mnuDeliveryChallan") << "mnuDeliveryChallan" << "&DELIVERY CHALLAN" << "";
+    QTest::newRow("mnuEnterDeliveryChallan") << "mnuEnterDeliveryChallan" << "ENTER DELIVERY CHALLAN" << "mnuDeliveryChallan";
+    QTest::newRow("mnuModifyDeliveryChallan") << "mnuModifyDeliveryChallan" << "MODIFY DELIVERY CHALLAN" << "mnuDeliveryChallan";
+    QTest::newRow("mnuDeleteDeliveryChallan") << "mnuDeleteDeliveryChallan" << "DELETE DELIVERY CHALLAN" << "mnuDeliveryChallan";
+    QTest::newRow("mnuViewDeliveryChallan") << "mnuViewDeliveryChallan" << "VIEW DELIVERY CHALLAN" << "mnuDeliveryChallan";
+    QTest::newRow("mnuViewDeliveryInvoiceStatusReport") << "mnuViewDeliveryInvoiceStatusReport" << "VIEW DELIVERY / INVOICE STATUS REPORT" << "mnuDeliveryChallan";
+    QTest::newRow("mnuViewDeliveryChallanSummary") << "mnuViewDeliveryChallanSummary" << "VIEW DELIVERY CHALLAN SUMMARY" << "mnuDeliveryChallan";
+    QTest::newRow("mnuInvoice") << "mnuInvoice" << "&INVOICE" << "";
+    QTest::newRow("mnuEnterInvoice") << "mnuEnterInvoice" << "ENTER INVOICE" << "mnuInvoice";
+    QTest::newRow("mnuModifyInvoice") << "mnuModifyInvoice" << "MODIFY INVOICE" << "mnuInvoice";
+    QTest::newRow("mnuViewPrintInvoice") << "mnuViewPrintInvoice" << "VIEW SALE TAX INVOICE" << "mnuInvoice";
+    QTest::newRow("mnuViewPrintBill") << "mnuViewPrintBill" << "VIEW BILL" << "mnuInvoice";
+    QTest::newRow("mnuViewInvoice") << "mnuViewInvoice" << "VIEW INVOICE" << "mnuInvoice";
+    QTest::newRow("mnuViewPrintSaleRegister") << "mnuViewPrintSaleRegister" << "VIEW SALE REGISTER" << "mnuInvoice";
+    QTest::newRow("mnuViewSaleRegisterSummary") << "mnuViewSaleRegisterSummary" << "VIEW SALE REGISTER SUMMARY" << "mnuInvoice";
+    QTest::newRow("mnuViewPrintClientDetail") << "mnuViewPrintClientDetail" << "VIEW CLIENT DETAIL" << "mnuInvoice";
+    QTest::newRow("mnuViewPrintSaleSummary") << "mnuViewPrintSaleSummary" << "VIEW SALE SUMMARY" << "mnuInvoice";
+    QTest::newRow("mnuBillWisePayment") << "mnuBillWisePayment" << "BILL WISE PAYMENT" << "mnuInvoice";
+    QTest::newRow("mnuEmployeeSalary") << "mnuEmployeeSalary" << "&EMPLOYEE SALARY" << "";
+    QTest::newRow("mnuPEmployeeMonthlySalary") << "mnuPEmployeeMonthlySalary" << "EMPLOYEE MONTHLY SALARY" << "mnuEmployeeSalary";
+    QTest::newRow("mnuEModifyMonthlySalary") << "mnuEModifyMonthlySalary" << "MODIFY MONTHLY SALARY" << "mnuEmployeeSalary";
+    QTest::newRow("mnuUEmployeeSalary") << "mnuUEmployeeSalary" << "EMPLOYEE SALARY" << "mnuEmployeeSalary";
+    QTest::newRow("mnuPModifyEmployeeSalary") << "mnuPModifyEmployeeSalary" << "MODIFY EMPLOYEE SALARY" << "mnuEmployeeSalary";
+    QTest::newRow("mnuEmployeeList") << "mnuEmployeeList" << "VIEW EMPLOYEE LIST" << "mnuEmployeeSalary";
+    QTest::newRow("mnuUViewEmployeeSalary") << "mnuUViewEmployeeSalary" << "VIEW EMPLOYEE SALARY" << "mnuEmployeeSalary";
+    QTest::newRow("mnuStock") << "mnuStock" << "&STOCK" << "";
+    QTest::newRow("mnuSEnterStock") << "mnuSEnterStock" << "ENTER PURCHASE STOCK" << "mnuStock";
+    QTest::newRow("mnuSModifyStock") << "mnuSModifyStock" << "MODIFY PURCHASE STOCK" << "mnuStock";
+    QTest::newRow("mnuDeletePurchaseStock") << "mnuDeletePurchaseStock" << "DELETE PURCHASE STOCK" << "mnuStock";
+    QTest::newRow("mnuEnterClosingStock") << "mnuEnterClosingStock" << "ENTER CLOSING STOCK" << "mnuStock";
+    QTest::newRow("mnuModifyClosingStock") << "mnuModifyClosingStock" << "MODIFY CLOSING STOCK" << "mnuStock";
+    QTest::newRow("mnuDeleteClosingStock") << "mnuDeleteClosingStock" << "DELETE CLOSING STOCK" << "mnuStock";
+    QTest::newRow("mnuViewPurchaseRegister") << "mnuViewPurchaseRegister" << "VIEW PURCHASE REGISTER" << "mnuStock";
+    QTest::newRow("mnuSEmployeeStock") << "mnuSEmployeeStock" << "EMPLOYEE STOCK" << "mnuStock";
+    QTest::newRow("mnuSPrintStock") << "mnuSPrintStock" << "VIEW STOCK" << "mnuStock";
+    QTest::newRow("mnuSEmployeeStockFinished") << "mnuSEmployeeStockFinished" << "EMPLOYEE STOCK FINISHED" << "mnuStock";
+    QTest::newRow("mnuSViewEmployeeStock") << "mnuSViewEmployeeStock" << "VIEW EMPLOYEE STOCK" << "mnuStock";
+    QTest::newRow("mnuOtherServices") << "mnuOtherServices" << "&OTHER SERVICES" << "";
+    QTest::newRow("mnuEnterOtherServices") << "mnuEnterOtherServices" << "ENTER OTHER SERVICES" << "mnuOtherServices";
+    QTest::newRow("mnuModifyOtherServices") << "mnuModifyOtherServices" << "MODIFY OTHER SERVICES" << "mnuOtherServices";
+    QTest::newRow("mnuViewOtherServicesRegister") << "mnuViewOtherServicesRegister" << "VIEW OTHER SERVICES REGISTER" << "mnuOtherServices";
+    QTest::newRow("mnuJobCard") << "mnuJobCard" << "&JOB CARD" << "";
+    QTest::newRow("mnuEnterJobCard") << "mnuEnterJobCard" << "ENTER JOB CARD" << "mnuJobCard";
+    QTest::newRow("mnuModifyJobCard") << "mnuModifyJobCard" << "MODIFY JOB CARD" << "mnuJobCard";
+    QTest::newRow("mnuDeleteJobCard") << "mnuDeleteJobCard" << "DELETE JOB CARD" << "mnuJobCard";
+    QTest::newRow("mnuViewJobCard") << "mnuViewJobCard" << "VIEW JOB CARD" << "mnuJobCard";
+    QTest::newRow("mnuTitle") << "mnuTitle" << "&TITLE" << "";
+    QTest::newRow("mnuAddTitleName") << "mnuAddTitleName" << "ADD TITLE NAME" << "mnuTitle";
+    QTest::newRow("mnuTitleName") << "mnuTitleName" << "TITLE NAME" << "mnuTitle";
+    QTest::newRow("mnuUtilities") << "mnuUtilities" << "&UTILITIES" << "";
+    QTest::newRow("mnuUBackUp") << "mnuUBackUp" << "BACK UP" << "mnuUtilities";
+    QTest::newRow("mnuUNewUser") << "mnuUNewUser" << "CREATE NEW USER" << "mnuUtilities";
+    QTest::newRow("mnuUChangePassword") << "mnuUChangePassword" << "CHANGE PASSWORD" << "mnuUtilities";
+    QTest::newRow("mnuUUpdateUser") << "mnuUUpdateUser" << "UPDATE USER" << "mnuUtilities";
+    QTest::newRow("mnuUClosingDate") << "mnuUClosingDate" << "CLOSING DATE" << "mnuUtilities";
+    QTest::newRow("mnuEndYearProcessing") << "mnuEndYearProcessing" << "END YEAR PROCESSING" << "mnuUtilities";
+    QTest::newRow("mnuAbout") << "mnuAbout" << "&ABOUT" << "";
+    QTest::newRow("mnuATessel") << "mnuATessel" << "TESSEL" << "mnuAbout";
+}
+
+void TestStartup::menuEntries()
+{
+    QFETCH(QString, name);
+    QFETCH(QString, caption);
+    QFETCH(QString, parent);
+    static frmMDITessel *main = nullptr;
+    if (!main)
+        main = new frmMDITessel; // the menu needs no database
+    QAction *a = main->menuAction(name);
+    QVERIFY(a);
+    QCOMPARE(a->objectName(), name);
+    QCOMPARE(a->text(), caption);
+    if (parent.isEmpty()) {
+        QVERIFY(main->menuBar()->actions().contains(a));
+    } else {
+        QMenu *menu = main->findChild<QMenu *>(parent);
+        QVERIFY(menu);
+        QVERIFY(menu->actions().contains(a));
+    }
+    // A top menu opens with Alt and the letter its caption marks.
+    if (parent.isEmpty() && caption.contains(QLatin1Char('&')))
+        QVERIFY(!QKeySequence::mnemonic(caption).isEmpty());
+}
+
+QTEST_MAIN(TestStartup)
+#include "tst_startup.moc"
