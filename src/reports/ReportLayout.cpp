@@ -4,6 +4,7 @@
 #include "reports/ReportFrame.h"
 
 #include <QFontMetricsF>
+#include <QHash>
 #include <QPainter>
 #include <QPen>
 
@@ -27,6 +28,7 @@ struct PageItem
     enum class Kind { Text, Line, DoubleLine, Image };
     Kind kind = Kind::Text;
     QRectF rect;
+    QPointF baseline;   // where the text is drawn, worked out once
     QString text;
     int font = Body;
     int align = Qt::AlignLeft;
@@ -92,6 +94,9 @@ public:
     Builder(RenderedReport &r, LayoutData &L) : m_r(r), m_d(r.design), m_L(L)
     {
         L.fonts = makeFonts();
+        for (const QFont &f : L.fonts)
+            m_metrics << QFontMetricsF(f);
+        m_widths.resize(L.fonts.size());
         L.size = m_d.landscape ? QSizeF(kA4Height, kA4Width) : QSizeF(kA4Width, kA4Height);
         m_left = kMarginX;
         m_right = L.size.width() - kMarginX;
@@ -128,12 +133,19 @@ public:
     }
 
 private:
-    qreal lineHeight(int font) const { return QFontMetricsF(m_L.fonts.at(font)).height(); }
+    qreal lineHeight(int font) const { return m_metrics.at(font).height(); }
     qreal rowHeight() const { return lineHeight(Body) * 1.45; }
 
-    QString fit(const QString &text, int font, qreal width) const
+    qreal advance(const QString &text, int font)
     {
-        return QFontMetricsF(m_L.fonts.at(font)).elidedText(text, Qt::ElideRight, width);
+        QHash<QString, qreal> &cache = m_widths[font];
+        auto it = cache.constFind(text);
+        if (it != cache.constEnd())
+            return *it;
+        const qreal w = m_metrics.at(font).horizontalAdvance(text);
+        if (cache.size() < 50000)
+            cache.insert(text, w);
+        return w;
     }
 
     void addText(QVector<PageItem> &to, const QRectF &rect, const QString &text, int font, int align, bool grey = false)
@@ -143,10 +155,23 @@ private:
         PageItem it;
         it.kind = PageItem::Kind::Text;
         it.rect = rect;
-        it.text = fit(text, font, rect.width());
+        it.text = text;
+        qreal w = advance(text, font);
+        if (w > rect.width()) {
+            it.text = m_metrics.at(font).elidedText(text, Qt::ElideRight, rect.width());
+            w = m_metrics.at(font).horizontalAdvance(it.text);
+        }
         it.font = font;
         it.align = align;
         it.grey = grey;
+        const QFontMetricsF &fm = m_metrics.at(font);
+        qreal x = rect.left();
+        if (align & Qt::AlignRight)
+            x = rect.right() - w;
+        else if (align & Qt::AlignHCenter)
+            x = rect.left() + (rect.width() - w) / 2;
+        const qreal y = rect.top() + (rect.height() - (fm.ascent() + fm.descent())) / 2 + fm.ascent();
+        it.baseline = QPointF(x, y);
         to << it;
     }
 
@@ -364,6 +389,8 @@ private:
     LayoutData &m_L;
     qreal m_left = 0, m_right = 0, m_bodyTop = 0, m_bottom = 0, m_y = 0;
     QVector<qreal> m_colX, m_colW;
+    QVector<QFontMetricsF> m_metrics;
+    QVector<QHash<QString, qreal>> m_widths;
 };
 
 void paintItem(QPainter &p, const LayoutData &L, const PageItem &it, const QImage &logo)
@@ -372,7 +399,7 @@ void paintItem(QPainter &p, const LayoutData &L, const PageItem &it, const QImag
     case PageItem::Kind::Text:
         p.setFont(L.fonts.at(it.font));
         p.setPen(it.grey ? QColor(90, 90, 90) : Qt::black);
-        p.drawText(it.rect, it.align | Qt::AlignVCenter | Qt::TextSingleLine, it.text);
+        p.drawText(it.baseline, it.text);
         break;
     case PageItem::Kind::Line:
         p.setPen(QPen(Qt::black, 6));

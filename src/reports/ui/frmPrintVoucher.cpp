@@ -113,6 +113,7 @@ frmPrintVoucher::frmPrintVoucher(QWidget *parent) : BaseScreen(parent)
     addRow(QString(), frOuterVoucherNo);
     addRow(QString(), frOuterVoucherDate);
     showOnlyButtons({});
+    buttonFrame()->hide(); // each panel has its own buttons
 
     for (QWidget *w : std::initializer_list<QWidget *>{cmbVoucherType, txtShowVoucherNo, mskDate, mskDateFrom, mskDateTo,
                                                         cmbVoucherTypeSingle})

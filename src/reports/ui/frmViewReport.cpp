@@ -236,7 +236,7 @@ frmViewReport::frmViewReport(QWidget *parent) : QWidget(parent, Qt::Window)
     // The viewer fills most of the screen, as the page wants the room.
     if (QScreen *screen = QGuiApplication::primaryScreen()) {
         const QRect avail = screen->availableGeometry();
-        resize(qMin(avail.width() - 40, 1100), avail.height() - 60);
+        resize(qMin(avail.width() - 40, 1280), avail.height() - 60);
     }
     setZoom(session().reportZoom > 0 ? session().reportZoom : 100);
     updatePageControls();
@@ -249,6 +249,8 @@ void frmViewReport::setReport(RenderedReport report)
     m_report = std::move(report);
     setWindowTitle(!m_report.request.title.isEmpty() ? m_report.request.title : m_report.heading);
     crViewer->setReport(&m_report);
+    m_scroll->horizontalScrollBar()->setValue(0);
+    m_scroll->verticalScrollBar()->setValue(0);
     lblStatus->clear();
     updatePageControls();
 }
@@ -265,6 +267,7 @@ void frmViewReport::showPage(int page)
 void frmViewReport::setZoom(int percent)
 {
     crViewer->setZoom(percent);
+    m_scroll->horizontalScrollBar()->setValue(0);
     int i = cmbZoom->findData(crViewer->zoom());
     if (i < 0) {
         cmbZoom->addItem(QStringLiteral("%1%").arg(crViewer->zoom()), crViewer->zoom());
