@@ -97,8 +97,18 @@ void frmTitleName::choose()
             invoice->closeScreen();
     }
     const QString title = cmbTitleName->currentText();
-    if (!runSafely(this, [&] { TitleList::applyLetterhead(session().db(), title, session()); }))
+    bool known = true;
+    if (!runSafely(this, [&] {
+            known = title.isEmpty() || TitleList::exists(session().db(), title);
+            if (known)
+                TitleList::applyLetterhead(session().db(), title, session());
+        }))
         return;
+    if (!known) {
+        MessageService::critical(this, TitleList::Msg::noSuchTitle());
+        cmbTitleName->setFocus(Qt::OtherFocusReason);
+        return;
+    }
     closeScreen();
 }
 

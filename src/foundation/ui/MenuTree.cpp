@@ -115,6 +115,8 @@ const QVector<MenuEntry> &mainMenuTree()
         {0, "mnuTitle", "&TITLE"},
         {1, "mnuAddTitleName", "ADD TITLE NAME"},
         {1, "mnuTitleName", "TITLE NAME"},
+        {1, "mnuLetterhead", "LETTERHEAD"},
+        {1, "mnuCareOf", "CARE OF"},
 
         {0, "mnuUtilities", "&UTILITIES"},
         {1, "mnuUBackUp", "BACK UP"},

@@ -556,9 +556,14 @@ void TestAccountScreens::titleScreens()
         QVERIFY(!f.isVisible());
     }
     {
-        // A title without a letterhead still becomes the working title.
+        // A title without a letterhead still becomes the working title; a
+        // typed title that is not on the list does not.
         frmTitleName f;
         showActive(&f);
+        f.cmbTitleName->setEditText(QStringLiteral("NO SUCH TITLE"));
+        click(f.cmdOkay);
+        QCOMPARE(rec.last().text, QStringLiteral("Title Name not found, please choose title name from list."));
+        QCOMPARE(session().currentTitle, QStringLiteral("NOOR PRINTERS"));
         f.cmbTitleName->setCurrentIndex(f.cmbTitleName->findText(QStringLiteral("ZEST PACK")));
         click(f.cmdOkay);
         QCOMPARE(session().currentTitle, QStringLiteral("ZEST PACK"));
