@@ -6,6 +6,8 @@
 #include "reports/ReportExport.h"
 #include "reports/ReportFrame.h"
 
+#include <QDir>
+#include <QImage>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QXmlStreamReader>
@@ -537,6 +539,77 @@ private slots:
                     QFAIL(qPrintable(n + QStringLiteral(": ") + e.driverText()));
             }
         }
+    }
+
+    // Logo.jpg beside the program goes on every page; without it the
+    // report prints without one. The letterhead comes with the year.
+    void logoAndLetterhead()
+    {
+        if (!haveTool(QStringLiteral("pdfimages")))
+            QSKIP("pdfimages is needed to count the pictures");
+        const QString logo = QDir(QCoreApplication::applicationDirPath()).filePath(QStringLiteral("Logo.jpg"));
+        if (QFile::exists(logo))
+            QSKIP("a Logo.jpg of someone else's lies beside the test");
+        TestDb::Year year(QStringLiteral("sqlite"));
+        auto db = year.connect();
+        seed(*db);
+        db->execute(QStringLiteral("UPDATE tblTLClientInfo SET TLClientPhone = ?, TLClientSaleTaxNo = ?, TLClientNTN = ?"),
+                    {QStringLiteral("042-111"), QStringLiteral("03-04-5678-901-23"), QStringLiteral("1234567-8")});
+        QTemporaryDir dir;
+        auto imagesIn = [&](const RenderedReport &r) {
+            const QString pdf = dir.filePath(QStringLiteral("logo.pdf"));
+            exportPdf(r, pdf, nullptr);
+            QProcess p;
+            p.start(QStringLiteral("pdfimages"), {QStringLiteral("-list"), pdf});
+            p.waitForFinished(30000);
+            return QString::fromUtf8(p.readAllStandardOutput()).split(QLatin1Char('\n'), Qt::SkipEmptyParts).size() - 2;
+        };
+        ReportRequest req = listing(QDate(2026, 1, 1), QDate(2026, 1, 31));
+        const RenderedReport without = ReportFrame::render(*db, req, kShipped);
+        QVERIFY(without.logo.isNull());
+        QCOMPARE(imagesIn(without), 0);
+        const QString text = pdfText(without, dir.path());
+        QVERIFY(text.contains(QLatin1String("Phone: 042-111")));
+        QVERIFY(text.contains(QLatin1String("Sales Tax No: 03-04-5678-901-23")));
+        QVERIFY(text.contains(QLatin1String("NTN: 1234567-8")));
+        QVERIFY(text.contains(creditCompanyName()));
+
+        QImage img(120, 80, QImage::Format_RGB32);
+        img.fill(QColor(20, 90, 30));
+        QVERIFY(img.save(logo, "JPG"));
+        const RenderedReport with = ReportFrame::render(*db, req, kShipped);
+        QFile::remove(logo);
+        QVERIFY(!with.logo.isNull());
+        QCOMPARE(imagesIn(with), with.pageCount());
+    }
+
+    // The document form: header fields from the first line, totals and a
+    // signature line, and no page footer.
+    void stripDocument()
+    {
+        TestDb::Year year(QStringLiteral("sqlite"));
+        auto db = year.connect();
+        seed(*db);
+        QTemporaryDir dir;
+        QFile f(dir.filePath(QStringLiteral("crVoucherSlip.json")));
+        QVERIFY(f.open(QIODevice::WriteOnly));
+        QByteArray json("{'source': 'SingleVoucher', 'title': 'VOUCHER SLIP', 'form': 'strip', 'orderBy': ['SrNo'],"
+                        " 'documentFields': [{'caption': 'VOUCHER #', 'field': 'VoucherNo', 'format': 'integer'},"
+                        "                    {'caption': 'DATE', 'field': 'VDate', 'format': 'date'}],"
+                        " 'columns': [{'caption': 'ACCOUNT', 'field': 'PartyName', 'width': 30},"
+                        "             {'caption': 'DEBIT', 'field': 'PartyDR', 'format': 'money', 'blankZero': true}],"
+                        " 'totals': {'caption': 'TOTAL', 'sums': ['PartyDR']}, 'signatures': ['RECEIVED BY']}");
+        f.write(json.replace('\'', '"'));
+        f.close();
+        ReportRequest req{QStringLiteral("crVoucherSlip")};
+        req.conditions << ReportCondition::equal(QStringLiteral("VoucherType"), QStringLiteral("CR"));
+        const RenderedReport r = ReportFrame::render(*db, req, DesignCatalogue(dir.path()));
+        const QString text = pdfText(r, dir.path());
+        QVERIFY2(lineWith(text, QStringLiteral("VOUCHER #:")).contains(QLatin1String("1")), qPrintable(text));
+        QVERIFY(lineWith(text, QStringLiteral("DATE:")).contains(QLatin1String("06/01/2026")));
+        QCOMPARE(lineWith(text, QStringLiteral("TOTAL")), QStringLiteral("TOTAL 5,000.00"));
+        QVERIFY(text.contains(QLatin1String("RECEIVED BY")));
+        QVERIFY(!text.contains(QLatin1String("Page 1 of")));
     }
 
     void zipCrc()
