@@ -208,7 +208,7 @@ private slots:
         const QSet<QString> accounts = codes(*db, QStringLiteral("SELECT DISTINCT PartyCode FROM tblPartyBalance WHERE VDate <= ?"), {to});
         QCOMPARE(codes(*db, QStringLiteral("SELECT PartyCode FROM Ledger WHERE LineKind = 0")), accounts);
         for (const QString &code : accounts) {
-            const QueryResult lines = db->select(QStringLiteral("SELECT LineKind, PartyBalance, PartyDR, PartyCR, PartyDesc FROM Ledger "
+            const QueryResult lines = db->select(QStringLiteral("SELECT LineKind, PartyBalance, PartyDR, PartyCR, PartyDesc, ClosingBalance FROM Ledger "
                                                                 "WHERE PartyCode = ? ORDER BY LineKind, VDate, SrNo"),
                                                  {code});
             QVERIFY(!lines.isEmpty());
@@ -223,7 +223,10 @@ private slots:
             }
             QCOMPARE(running, sum(*db, QStringLiteral("SELECT SUM(PartyBalance) FROM tblPartyBalance WHERE PartyCode = ? AND VDate <= ?"),
                                   {code, to}));
-            QCOMPARE(lines.size() - 1,
+            QCOMPARE(lines.at(lines.size() - 1).integer("LineKind"), qint64(2));
+            QCOMPARE(lines.at(lines.size() - 1).text("PartyDesc"), QStringLiteral("CLOSING BALANCE"));
+            QCOMPARE(lines.at(lines.size() - 1).moneyOrZero("ClosingBalance"), running);
+            QCOMPARE(lines.size() - 2,
                      int(db->scalar(QStringLiteral("SELECT COUNT(*) FROM tblPartyBalance WHERE PartyCode = ? AND VDate >= ? AND VDate <= ?"),
                                     {code, from, to}).toLongLong()));
         }

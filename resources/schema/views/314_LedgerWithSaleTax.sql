@@ -14,6 +14,7 @@ SELECT l.PartyCode AS PartyCode,
        l.PartyDR AS PartyDR,
        l.PartyCR AS PartyCR,
        l.PartyBalance AS PartyBalance,
+       l.ClosingBalance AS ClosingBalance,
        l.SDate AS SDate,
        l.EDate AS EDate,
        CASE WHEN l.VoucherType = 'SV' THEN
