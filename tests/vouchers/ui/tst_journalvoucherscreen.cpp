@@ -1,0 +1,371 @@
+// The voucher screen driven through its controls, headless: from the menu
+// entry to ledger rows, the type change, the refusals and the close
+// question.
+#include "foundation/Session.h"
+#include "foundation/ui/MaskedLineEdit.h"
+#include "foundation/ui/MenuRouter.h"
+#include "foundation/ui/QueryTableModel.h"
+#include "support/TestDb.h"
+#include "support/ui/MessageRecorder.h"
+#include "vouchers/VoucherPosting.h"
+#include "vouchers/VoucherStaging.h"
+#include "vouchers/ui/frmJournalVoucher.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDir>
+#include <QLineEdit>
+#include <QMainWindow>
+#include <QMdiArea>
+#include <QPushButton>
+#include <QTableView>
+#include <QtTest>
+
+namespace {
+
+class Host : public QMainWindow, public MdiHost
+{
+public:
+    Host()
+    {
+        area = new QMdiArea(this);
+        setCentralWidget(area);
+        resize(1280, 820);
+        router.on(QStringLiteral("unused"), [](MdiHost &) {});
+        registerVouchersMenu(router);
+    }
+    QMdiArea *mdiArea() const override { return area; }
+    QMainWindow *mainWindow() override { return this; }
+    frmJournalVoucher *open(const QString &entry)
+    {
+        router.trigger(entry, *this);
+        return qobject_cast<frmJournalVoucher *>(findScreen(QStringLiteral("frmJournalVoucher")));
+    }
+    QMdiArea *area;
+    MenuRouter router;
+};
+
+void addAccounts(SessionConnection &db)
+{
+    const QList<QPair<QString, QString>> accounts = {{"17-10-001", "CRESCENT TEXTILES"},
+                                                     {"14-10-001", "PAPER HOUSE"},
+                                                     {"21-10-001", "ELECTRICITY"},
+                                                     {"21-10-002", "TEA AND REFRESHMENT"},
+                                                     {"19-20-001", "CITY BANK"}};
+    for (const auto &a : accounts)
+        db.execute(QStringLiteral("INSERT INTO tblPartyInfo (PartyCode, PartyName) VALUES (?, ?)"), {a.first, a.second});
+}
+
+void typeLine(frmJournalVoucher *f, const QString &account, const QString &amount, const QString &desc = QString())
+{
+    f->cmbPartyName->setEditText(account);
+    f->txtDesc->setText(desc);
+    f->txtAmount->setText(amount);
+}
+
+QStringList items(QComboBox *c)
+{
+    QStringList out;
+    for (int i = 0; i < c->count(); ++i)
+        out << c->itemText(i);
+    return out;
+}
+
+int gridRows(frmJournalVoucher *f) { return f->dgVoucher->model()->rowCount(); }
+
+void shot(QWidget *w, const QString &name)
+{
+    const QString dir = qEnvironmentVariable("TESSEL_SHOTS_DIR");
+    if (dir.isEmpty())
+        return;
+    QDir().mkpath(dir);
+    w->grab().save(QDir(dir).filePath(name + QStringLiteral(".png")));
+}
+
+} // namespace
+
+class TestJournalVoucherScreen : public QObject
+{
+    Q_OBJECT
+private Q_SLOTS:
+    void init();
+    void cleanup();
+    void cashPaymentFromMenuToLedger_data() { TestDb::addBackends(); }
+    void cashPaymentFromMenuToLedger();
+    void bankVoucherSwitchedToJournal_data() { TestDb::addBackends(); }
+    void bankVoucherSwitchedToJournal();
+    void lineRefusals_data();
+    void lineRefusals();
+    void unbalancedJournalRefused();
+    void closeQuestion();
+    void modifyVoucherFromQuestionPanel_data() { TestDb::addBackends(); }
+    void modifyVoucherFromQuestionPanel();
+
+private:
+    std::unique_ptr<TestDb::Year> m_year;
+    std::unique_ptr<Host> m_host;
+    void startYear(const QString &backend);
+};
+
+void TestJournalVoucherScreen::init()
+{
+    session().currentUserName = QStringLiteral("CLERK");
+    session().today = QDate(2026, 3, 10);
+}
+
+void TestJournalVoucherScreen::cleanup()
+{
+    m_host.reset();
+    session().connection.reset();
+    m_year.reset();
+}
+
+void TestJournalVoucherScreen::startYear(const QString &backend)
+{
+    m_year = std::make_unique<TestDb::Year>(backend);
+    session().connection = m_year->connect();
+    addAccounts(session().db());
+    m_host = std::make_unique<Host>();
+    m_host->show();
+    QVERIFY(QTest::qWaitForWindowExposed(m_host.get()));
+}
+
+void TestJournalVoucherScreen::cashPaymentFromMenuToLedger()
+{
+    TESSEL_YEAR(year);
+    Q_UNUSED(year);
+    startYear(backend);
+    MessageRecorder rec;
+    frmJournalVoucher *f = m_host->open(QStringLiteral("mnuPCashPaidVoucher"));
+    QVERIFY(f);
+    QCOMPARE(f->title(), QStringLiteral("ACCOUNTS VOUCHER"));
+    QCOMPARE(session().voucherMode, QStringLiteral("NEW"));
+    QCOMPARE(items(f->cmbVoucherType), QStringList{"CP"});
+    QCOMPARE(f->txtVoucherNo->text(), QStringLiteral("1"));
+    QCOMPARE(f->mskDate->maskText(), QStringLiteral("10/03/2026"));
+    QCOMPARE(f->txtPCashInHand->text(), QStringLiteral("0 DR"));
+    QCOMPARE(f->cmbDBCR->currentText(), QStringLiteral("DR")); // a payment debits the paid account
+    QVERIFY(!items(f->cmbPartyName).contains(QStringLiteral("CASH IN HAND")));
+    QVERIFY(f->frOuterVoucher->isVisible());
+    QVERIFY(!f->frOuterVoucherNo->isVisible());
+
+    typeLine(f, QStringLiteral("ELECTRICITY"), QStringLiteral("1500.5"), QStringLiteral("BILL FOR FEBRUARY"));
+    QCOMPARE(f->txtPartyCode->text(), QStringLiteral("21-10-001"));
+    QCOMPARE(f->txtBalance->text(), QString());
+    f->cmdNew->click();
+    QCOMPARE(rec.last().text, QStringLiteral("Party has Debited/Credited successfully"));
+    QVERIFY(rec.last().isInformation());
+    QCOMPARE(f->txtAmount->text(), QString());
+    QCOMPARE(f->cmbPartyName->currentText(), QStringLiteral("ELECTRICITY")); // the account stays for the next line
+    typeLine(f, QStringLiteral("TEA AND REFRESHMENT"), QStringLiteral(".5"));
+    f->cmdNew->click();
+    QCOMPARE(gridRows(f), 2);
+    QCOMPARE(f->txtTotalDebit->text(), QStringLiteral("1501"));
+    QCOMPARE(f->txtTotalCredit->text(), QStringLiteral("0"));
+    QCOMPARE(f->txtCCashInHand->text(), QStringLiteral("-1501"));
+    shot(m_host.get(), QStringLiteral("voucher-filled-") + backend);
+
+    f->cmdModifyVoucher->click();
+    QCOMPARE(rec.last().text, QStringLiteral("Voucher has saved successfully"));
+    const QueryResult rows = session().db().select(QStringLiteral(
+        "SELECT VoucherType, VoucherNo, VDate, PartyCode, PartyDR, PartyCR, UserName FROM tblPartyBalance ORDER BY SrNo"));
+    QCOMPARE(rows.size(), 3);
+    QCOMPARE(rows.at(0).text("PartyCode").trimmed(), QStringLiteral("21-10-001"));
+    QCOMPARE(rows.at(0).moneyOrZero("PartyDR"), *Money::parse("1500.5"));
+    QCOMPARE(rows.at(2).text("PartyCode").trimmed(), QStringLiteral("19-10-001"));
+    QCOMPARE(rows.at(2).moneyOrZero("PartyCR"), Money::fromUnits(1501));
+    QCOMPARE(rows.at(2).date("VDate"), QDate(2026, 3, 10));
+    QCOMPARE(rows.at(2).text("UserName").trimmed(), QStringLiteral("CLERK"));
+
+    // ready for the next voucher
+    QCOMPARE(f->txtVoucherNo->text(), QStringLiteral("2"));
+    QCOMPARE(f->txtTotalDebit->text(), QString());
+    QCOMPARE(f->txtPCashInHand->text(), QStringLiteral("1501 CR"));
+    QCOMPARE(gridRows(f), 0);
+    f->cmdModifyVoucher->click();
+    QCOMPARE(rec.last().text, QStringLiteral("No entry is till entered, so data can not be saved"));
+    QVERIFY(rec.last().isCritical());
+}
+
+void TestJournalVoucherScreen::bankVoucherSwitchedToJournal()
+{
+    TESSEL_YEAR(year);
+    Q_UNUSED(year);
+    startYear(backend);
+    VoucherPosting posting(session().db(), QStringLiteral("CLERK"), QDate(2026, 3, 10));
+    for (int i = 1; i <= 3; ++i) {
+        Voucher v{{QStringLiteral("JV"), i, QDate(2026, 2, 1)}, {}};
+        VoucherLine a, b;
+        a.partyCode = QStringLiteral("21-10-001");
+        a.debit = Money::fromUnits(10);
+        b.partyCode = QStringLiteral("14-10-001");
+        b.credit = Money::fromUnits(10);
+        v.lines << a << b;
+        QVERIFY(posting.post(v, NumberPolicy::Typed).posted);
+    }
+    MessageRecorder rec;
+    frmJournalVoucher *f = m_host->open(QStringLiteral("mnuBankPaidVoucher"));
+    QCOMPARE(items(f->cmbVoucherType), (QStringList{"BP", "JV"}));
+    QCOMPARE(f->cmbVoucherType->currentText(), QStringLiteral("BP"));
+    QCOMPARE(f->txtVoucherNo->text(), QStringLiteral("1"));
+    f->cmbDBCR->setCurrentText(QStringLiteral("CR"));
+    f->cmbVoucherType->setCurrentText(QStringLiteral("JV"));
+    QCOMPARE(f->txtVoucherNo->text(), QStringLiteral("4")); // the JV series
+    QCOMPARE(f->cmbDBCR->currentText(), QStringLiteral("CR")); // the side is the user's on a JV
+    QVERIFY(rec.isEmpty());
+}
+
+void TestJournalVoucherScreen::lineRefusals_data()
+{
+    QTest::addColumn<QString>("voucherNo");
+    QTest::addColumn<QString>("account");
+    QTest::addColumn<QString>("amount");
+    QTest::addColumn<bool>("cheque");
+    QTest::addColumn<QString>("button");
+    QTest::addColumn<QString>("message");
+    QTest::newRow("no number") << "" << "ELECTRICITY" << "5" << false << "cmdNew"
+                               << "Voucher # is missing, please enter voucher #";
+    QTest::newRow("unknown account") << "1" << "ELECTRIC" << "5" << false << "cmdNew"
+                                     << "Party name not found, please enter correct party name";
+    QTest::newRow("no amount") << "1" << "ELECTRICITY" << "" << false << "cmdModify"
+                               << "Amount is missing, please enter amount";
+    QTest::newRow("cheque without description") << "1" << "ELECTRICITY" << "5" << true << "cmdDelete"
+                                                << "Enter cheque description, empty or blank description is not allowed.";
+}
+
+void TestJournalVoucherScreen::lineRefusals()
+{
+    QFETCH(QString, voucherNo);
+    QFETCH(QString, account);
+    QFETCH(QString, amount);
+    QFETCH(bool, cheque);
+    QFETCH(QString, button);
+    QFETCH(QString, message);
+    startYear(QStringLiteral("sqlite"));
+    MessageRecorder rec;
+    frmJournalVoucher *f = m_host->open(QStringLiteral("mnuPJournalVoucher"));
+    f->txtVoucherNo->setText(voucherNo);
+    typeLine(f, account, amount);
+    f->chkPostDatedCheque->setChecked(cheque);
+    f->findChild<QPushButton *>(button)->click();
+    QCOMPARE(rec.count(), 1);
+    QCOMPARE(rec.last().text, message);
+    QVERIFY(rec.last().isCritical());
+    QCOMPARE(VoucherStaging(session().db()).lines(false).size(), 0);
+}
+
+void TestJournalVoucherScreen::unbalancedJournalRefused()
+{
+    startYear(QStringLiteral("sqlite"));
+    MessageRecorder rec;
+    frmJournalVoucher *f = m_host->open(QStringLiteral("mnuPJournalVoucher"));
+    f->cmbDBCR->setCurrentText(QStringLiteral("DR"));
+    typeLine(f, QStringLiteral("PAPER HOUSE"), QStringLiteral("2500"), QStringLiteral("PAPER BILL 77"));
+    f->cmdNew->click();
+    f->cmbDBCR->setCurrentText(QStringLiteral("CR"));
+    typeLine(f, QStringLiteral("CITY BANK"), QStringLiteral("2400"), QStringLiteral("PAPER BILL 77"));
+    f->cmdNew->click();
+    f->cmdModifyVoucher->click();
+    QCOMPARE(rec.last().text, QStringLiteral("Debit and Credit amount are not same, please check your entry"));
+    shot(m_host.get(), QStringLiteral("voucher-refused"));
+    QCOMPARE(gridRows(f), 2); // staging and screen as they were
+    QCOMPARE(f->txtTotalDebit->text(), QStringLiteral("2500"));
+    QCOMPARE(session().db().scalar(QStringLiteral("SELECT COUNT(*) FROM tblPartyBalance")).toInt(), 0);
+
+    // a line picked from the grid by keyboard and corrected balances it
+    f->dgVoucher->setCurrentIndex(f->dgVoucher->model()->index(1, 5));
+    QTest::keyClick(f->dgVoucher, Qt::Key_Return);
+    QCOMPARE(f->cmbPartyName->currentText(), QStringLiteral("CITY BANK"));
+    QCOMPARE(f->txtAmount->text(), QStringLiteral("2400"));
+    f->txtAmount->setText(QStringLiteral("2500"));
+    f->cmdModify->click();
+    QCOMPARE(rec.last().text, QStringLiteral("Party has modified successfully"));
+    f->cmdModifyVoucher->click();
+    QCOMPARE(rec.last().text, QStringLiteral("Voucher has saved successfully"));
+    QCOMPARE(session().db().scalar(QStringLiteral("SELECT COUNT(*) FROM tblPartyBalance")).toInt(), 2);
+}
+
+void TestJournalVoucherScreen::closeQuestion()
+{
+    startYear(QStringLiteral("sqlite"));
+    MessageRecorder rec;
+    frmJournalVoucher *f = m_host->open(QStringLiteral("mnuPCashReceivedVoucher"));
+    typeLine(f, QStringLiteral("CRESCENT TEXTILES"), QStringLiteral("900"));
+    f->cmdNew->click();
+    QCOMPARE(f->cmbDBCR->currentText(), QStringLiteral("CR"));
+
+    rec.answerNext(false);
+    f->closeScreen();
+    QCOMPARE(rec.last().text, QStringLiteral("Are you sure you want to close this voucher"));
+    QVERIFY(rec.last().isQuestion());
+    QVERIFY(m_host->findScreen(QStringLiteral("frmJournalVoucher")));
+    QCOMPARE(VoucherStaging(session().db()).lines().size(), 1);
+
+    rec.answerNext(true);
+    f->closeScreen();
+    QApplication::processEvents();
+    QVERIFY(!m_host->findScreen(QStringLiteral("frmJournalVoucher")));
+    QCOMPARE(VoucherStaging(session().db()).lines(false).size(), 0);
+}
+
+void TestJournalVoucherScreen::modifyVoucherFromQuestionPanel()
+{
+    TESSEL_YEAR(year);
+    Q_UNUSED(year);
+    startYear(backend);
+    MessageRecorder rec;
+    frmJournalVoucher *f = m_host->open(QStringLiteral("mnuPCashPaidVoucher"));
+    typeLine(f, QStringLiteral("ELECTRICITY"), QStringLiteral("100"));
+    f->cmdNew->click();
+    typeLine(f, QStringLiteral("TEA AND REFRESHMENT"), QStringLiteral("40"));
+    f->cmdNew->click();
+    f->cmdModifyVoucher->click();
+    QCOMPARE(rec.last().text, QStringLiteral("Voucher has saved successfully"));
+    const qint64 cashSrNo = session().db().scalar(QStringLiteral("SELECT SrNo FROM tblPartyBalance WHERE PartyCode = '19-10-001'")).toLongLong();
+
+    f = m_host->open(QStringLiteral("mnuPModifyJournalVoucher"));
+    QCOMPARE(session().voucherMode, QStringLiteral("MODIFY"));
+    QCOMPARE(f->windowTitle(), QStringLiteral("MODIFY VOUCHER"));
+    QVERIFY(f->frOuterVoucherNo->isVisible());
+    QVERIFY(!f->frOuterVoucher->isVisible());
+    QVERIFY(items(f->cmbModifyVoucherType).contains(QStringLiteral("CP")));
+
+    f->cmdVoucherNoOkay->click(); // the date is checked as the button is entered
+    QCOMPARE(rec.last().text, QStringLiteral("Date is missing, please enter proper date"));
+    f->mskDateModifyVoucher->setDate(QDate(2026, 3, 10));
+    f->cmdVoucherNoOkay->click();
+    QCOMPARE(rec.last().text, QStringLiteral("Please enter voucher #, empty field doesn't show any voucher"));
+    f->cmbModifyVoucherType->setCurrentText(QStringLiteral("CP"));
+    f->txtShowVoucherNo->setText(QStringLiteral("9"));
+    f->cmdVoucherNoOkay->click();
+    QCOMPARE(rec.last().text, QStringLiteral("No voucher # found, please enter correct voucher #"));
+    f->txtShowVoucherNo->setText(QStringLiteral("1"));
+    f->cmdVoucherNoOkay->click();
+    QVERIFY(f->frOuterVoucher->isVisible());
+    QCOMPARE(gridRows(f), 2); // the cash row is not a line
+    QCOMPARE(f->txtTotalDebit->text(), QStringLiteral("140"));
+    QCOMPARE(items(f->cmbVoucherType), QStringList{"CP"});
+
+    emit f->dgVoucher->doubleClicked(f->dgVoucher->model()->index(0, 5)); // double click on the first line
+    QCOMPARE(f->cmbPartyName->currentText(), QStringLiteral("ELECTRICITY"));
+    f->txtAmount->setText(QStringLiteral("125.25"));
+    f->cmdModify->click();
+    QCOMPARE(f->txtTotalDebit->text(), QStringLiteral("165.25"));
+    f->cmdModifyVoucher->click();
+    QCOMPARE(rec.last().text, QStringLiteral("Voucher has modified successfully"));
+    QVERIFY(f->frOuterVoucherNo->isVisible());
+    QCOMPARE(session().db().scalarMoney(QStringLiteral("SELECT PartyCR FROM tblPartyBalance WHERE SrNo = ?"), {cashSrNo}),
+             std::optional<Money>(*Money::parse("165.25")));
+
+    // and deleted
+    f->cmdVoucherNoOkay->click();
+    rec.answerNext(true); // delete the voucher
+    rec.answerNext(true); // and close the screen
+    f->cmdDeleteVoucher->click();
+    QVERIFY(rec.texts().contains(QStringLiteral("Voucher has deleted successfully")));
+    QCOMPARE(session().db().scalar(QStringLiteral("SELECT COUNT(*) FROM tblPartyBalance")).toInt(), 0);
+}
+
+QTEST_MAIN(TestJournalVoucherScreen)
+#include "tst_journalvoucherscreen.moc"
