@@ -12,12 +12,15 @@
 #include "foundation/Lookups.h"
 #include "foundation/Session.h"
 #include "foundation/ui/MaskedLineEdit.h"
+#include "foundation/ui/MenuRouter.h"
 #include "foundation/ui/QueryTableModel.h"
 
 #include <QApplication>
 #include <QComboBox>
 #include <QDir>
 #include <QLineEdit>
+#include <QMainWindow>
+#include <QMdiArea>
 #include <QPushButton>
 #include <QTableView>
 #include <QtTest>
@@ -91,6 +94,25 @@ void fillAccount(frmPartyInfo &f, const QString &code, const QString &name, cons
     f.txtBalance->setText(balance);
 }
 
+// A main window for the menu handlers to open screens in.
+class Host : public MdiHost
+{
+public:
+    Host()
+    {
+        m_area = new QMdiArea(&m_window);
+        m_window.setCentralWidget(m_area);
+        m_window.resize(1100, 720);
+        m_window.show();
+    }
+    QMdiArea *mdiArea() const override { return m_area; }
+    QMainWindow *mainWindow() override { return &m_window; }
+
+private:
+    QMainWindow m_window;
+    QMdiArea *m_area;
+};
+
 } // namespace
 
 class TestAccountScreens : public QObject
@@ -119,6 +141,8 @@ private Q_SLOTS:
     void titleScreens();
     void careOfScreen_data() { TestDb::addBackends(); }
     void careOfScreen();
+    void menuEntries_data() { TestDb::addBackends(); }
+    void menuEntries();
 };
 
 void TestAccountScreens::partyInfoLoads()
@@ -618,6 +642,55 @@ void TestAccountScreens::careOfScreen()
     f.txtName->setText(QStringLiteral("MR SAJID"));
     f.txtDesignation->setText(QStringLiteral("SALES"));
     shoot(&f, QStringLiteral("frmCareOf-filled"));
+}
+
+void TestAccountScreens::menuEntries()
+{
+    TESSEL_YEAR(year);
+    SessionScope s(year);
+    MessageRecorder rec;
+    MenuRouter router;
+    router.registerAll();
+    Host host;
+    const QList<std::tuple<const char *, const char *, const char *>> entries{
+        {"mnuPPartyInfo", "frmPartyInfo", "PARTY INFO"},
+        {"mnuPDebitCreditAccount", "frmDBCRAccount", "DEBIT/CREDIT ACCOUNT"},
+        {"mnuAddTitleName", "frmAddTitleName", "ADD TITLE NAME"},
+        {"mnuTitleName", "frmTitleName", "TITLE NAME"},
+        {"mnuLetterhead", "frmLetterhead", "LETTERHEAD"},
+        {"mnuCareOf", "frmCareOf", "CARE OF"},
+        {"mnuEnterItemCoding", "frmItemCoding", "ITEM CODING"},
+        {"mnuModifyItemCoding", "frmModifyItemCoding", "MODIFY ITEM CODING"},
+    };
+    for (const auto &[action, screen, title] : entries) {
+        QVERIFY2(router.trigger(QString::fromLatin1(action), host), action);
+        auto *opened = qobject_cast<BaseScreen *>(host.findScreen(QString::fromLatin1(screen)));
+        QVERIFY2(opened, screen);
+        QCOMPARE(opened->title(), QString::fromLatin1(title));
+    }
+    QVERIFY(rec.isEmpty());
+
+    // A care-of person added while the account screen is open is offered
+    // when the account screen comes to the front again.
+    auto *careOf = qobject_cast<frmCareOf *>(host.findScreen(QStringLiteral("frmCareOf")));
+    careOf->txtName->setText(QStringLiteral("MR QASIM"));
+    careOf->txtDesignation->setText(QStringLiteral("AGENT"));
+    click(careOf->cmdSave);
+    QCOMPARE(rec.last().text, QStringLiteral("Care of person has created successfully"));
+    QVERIFY(router.trigger(QStringLiteral("mnuPPartyInfo"), host));
+    auto *party = qobject_cast<frmPartyInfo *>(host.findScreen(QStringLiteral("frmPartyInfo")));
+    QCOMPARE(party->cmbCareOf->currentText(), QStringLiteral("MR QASIM"));
+    shoot(host.mainWindow(), QStringLiteral("main-window-frmPartyInfo"));
+    QCOMPARE(host.mdiArea()->subWindowList().size(), entries.size());
+
+    // The letterhead is for administrators only.
+    host.findScreen(QStringLiteral("frmLetterhead"))->parentWidget()->close();
+    QApplication::processEvents();
+    session().currentUserType = QStringLiteral("COMMON USER");
+    rec.clear();
+    router.trigger(QStringLiteral("mnuLetterhead"), host);
+    QCOMPARE(rec.texts(), QStringList{QStringLiteral("Only an administrator can change the letterhead.")});
+    QVERIFY(!host.findScreen(QStringLiteral("frmLetterhead")));
 }
 
 QTEST_MAIN(TestAccountScreens)
