@@ -232,11 +232,20 @@ private slots:
             tx.commit();
         }
         MessageRecorder rec;
+        // The logged-on session's letterhead heads the pages and is written
+        // to the period row with the period.
+        session().companyName = QStringLiteral("EVERGREEN PRINTERS (PVT) LTD");
+        session().companyAddress = QStringLiteral("14-B INDUSTRIAL AREA, LAHORE");
+        session().companyPhone = QStringLiteral("042-111-222");
         Reports::ReportRequest req{QStringLiteral("crVoucherListing"), QStringLiteral("VOUCHER LISTING")};
         req.from = QDate(2026, 1, 1);
         req.to = QDate(2026, 1, 31);
         frmViewReport *v = Reports::showReport(nullptr, req);
         QVERIFY(v);
+        QCOMPARE(v->report().header.clientName, QStringLiteral("EVERGREEN PRINTERS (PVT) LTD"));
+        QCOMPARE(session().db().scalar(QStringLiteral("SELECT TLClientName FROM tblTLClientInfo")).toString().trimmed(),
+                 QStringLiteral("EVERGREEN PRINTERS (PVT) LTD"));
+        session().companyName.clear();
         const int pages = v->report().pageCount();
         QVERIFY(pages > 3);
         QCOMPARE(v->lblPageCount->text(), QStringLiteral("of %1").arg(pages));
