@@ -42,6 +42,7 @@ private Q_SLOTS:
     void modifyRewritesByOldCode();
     void hints_data() { TestDb::addBackends(); }
     void hints();
+    void duplicateFromAnotherWorkstation();
 };
 
 void TestItemCoding::addRefusals_data()
@@ -151,6 +152,28 @@ void TestItemCoding::hints()
     QCOMPARE(r.at(0).text("ItemCode").trimmed(), QStringLiteral("10-01-001"));
     QCOMPARE(r.at(1).money("SaleRate"), Money::fromCents(1890));
     QCOMPARE(ItemCoding::names(*db), (QStringList{"ART PAPER 100G", "ART PAPER 80G", "OFFSET INK BLACK"}));
+}
+
+// Another workstation saves the same name after this one's check and
+// before its insert: the database's key refuses it, in the screen's words.
+void TestItemCoding::duplicateFromAnotherWorkstation()
+{
+    if (!TestDb::postgresConfigured())
+        QSKIP("no PostgreSQL test server (run the test script)");
+    TestDb::Year year(QStringLiteral("postgres"));
+    auto db = year.connect();
+    auto other = year.connect();
+    addBase(*db);
+    db->setStatementHook([&](const QString &sql) {
+        if (sql.contains(QLatin1String("INSERT INTO tblItemCoding")))
+            ItemCoding::add(*other, item("40-01-001", "PLATE CTP "), "OTHER", kEntry);
+    });
+    const Outcome o = ItemCoding::add(*db, item("40-01-002", "PLATE CTP"), "CLERK", kEntry);
+    db->setStatementHook({});
+    QCOMPARE(o.message, Msg::nameExists());
+    QCOMPARE(db->scalar("SELECT COUNT(*) FROM tblItemCoding WHERE ItemName = 'PLATE CTP'").toLongLong(), 1);
+    QVERIFY(ItemCoding::itemByCode(*db, "40-01-001"));
+    QVERIFY(!ItemCoding::itemByCode(*db, "40-01-002"));
 }
 
 QTEST_GUILESS_MAIN(TestItemCoding)
