@@ -177,42 +177,41 @@ void frmJournalVoucher::buildEntryPanel()
     cmbChequeDesc->setEnabled(false);
     cmbCHQVoucherNo->setEnabled(false);
 
-    mskDate->setMinimumWidth(110);
-    txtVoucherNo->setMaximumWidth(110);
-    txtInvoiceNo->setMaximumWidth(130);
-    cmbVoucherType->setMinimumContentsLength(4);
-    cmbDBCR->setMinimumContentsLength(3);
-    cmbPartyName->setMinimumContentsLength(34);
-    cmbChequeDesc->setMinimumContentsLength(16);
-    txtPartyCode->setMaximumWidth(110);
+    mskDate->setFixedWidth(110);
+    cmbVoucherType->setFixedWidth(90);
+    txtVoucherNo->setFixedWidth(100);
+    txtInvoiceNo->setFixedWidth(120);
+    txtPartyCode->setFixedWidth(100);
+    txtBalance->setFixedWidth(170);
+    txtAmount->setFixedWidth(140);
+    cmbDBCR->setFixedWidth(90);
+    cmbCHQVoucherNo->setFixedWidth(100);
+    cmbPartyName->setMinimumContentsLength(40);
+    cmbChequeDesc->setMinimumContentsLength(20);
 
-    int col = 0;
-    auto put = [&](int row, const QString &text, QWidget *w, int span = 1) {
+    // label, field pairs in four columns; the last column takes the slack
+    auto put = [&](int row, int col, const QString &text, QWidget *w, int span = 1) {
         if (!text.isEmpty())
-            fields->addWidget(caption(text, w, p), row, col, Qt::AlignRight | Qt::AlignVCenter);
-        fields->addWidget(w, row, col + 1, 1, span);
-        col += 1 + span;
+            fields->addWidget(caption(text, w, p), row, col * 2, Qt::AlignRight | Qt::AlignVCenter);
+        fields->addWidget(w, row, col * 2 + 1, 1, span * 2 - 1, Qt::AlignLeft);
     };
-    col = 0;
-    put(0, QStringLiteral("DATE"), mskDate);
-    put(0, QStringLiteral("VOUCHER TYPE"), cmbVoucherType);
-    put(0, QStringLiteral("VOUCHER #"), txtVoucherNo);
-    put(0, QStringLiteral("INV/RECEIPT #"), txtInvoiceNo);
-    col = 0;
-    put(1, QStringLiteral("PARTY NAME"), cmbPartyName, 3);
-    put(1, QStringLiteral("PARTY CODE"), txtPartyCode);
-    col = 0;
-    put(2, QStringLiteral("DESCRIPTION"), txtDesc, 3);
-    put(2, QStringLiteral("ACCOUNT BALANCE"), txtBalance);
-    col = 0;
-    put(3, QStringLiteral("AMOUNT"), txtAmount);
-    put(3, QStringLiteral("DR/CR"), cmbDBCR);
-    fields->addWidget(chkPostDatedCheque, 3, col + 1, 1, 2);
-    col = 0;
-    put(4, QStringLiteral("CHQ DESC:"), cmbChequeDesc, 3);
-    put(4, QStringLiteral("VOUCHER #:"), cmbCHQVoucherNo);
-    fields->setColumnStretch(3, 1);
-    fields->setColumnStretch(5, 1);
+    put(0, 0, QStringLiteral("DATE"), mskDate);
+    put(0, 1, QStringLiteral("VOUCHER TYPE"), cmbVoucherType);
+    put(0, 2, QStringLiteral("VOUCHER #"), txtVoucherNo);
+    put(0, 3, QStringLiteral("INV/RECEIPT #"), txtInvoiceNo);
+    fields->addWidget(cmbPartyName, 1, 1, 1, 3);
+    fields->addWidget(caption(QStringLiteral("PARTY NAME"), cmbPartyName, p), 1, 0, Qt::AlignRight | Qt::AlignVCenter);
+    put(1, 2, QStringLiteral("PARTY CODE"), txtPartyCode);
+    put(1, 3, QStringLiteral("ACCOUNT BALANCE"), txtBalance);
+    fields->addWidget(caption(QStringLiteral("DESCRIPTION"), txtDesc, p), 2, 0, Qt::AlignRight | Qt::AlignVCenter);
+    fields->addWidget(txtDesc, 2, 1, 1, 5);
+    put(3, 0, QStringLiteral("AMOUNT"), txtAmount);
+    put(3, 1, QStringLiteral("DR/CR"), cmbDBCR);
+    fields->addWidget(chkPostDatedCheque, 3, 5, 1, 1, Qt::AlignLeft);
+    fields->addWidget(caption(QStringLiteral("CHQ DESC:"), cmbChequeDesc, p), 4, 0, Qt::AlignRight | Qt::AlignVCenter);
+    fields->addWidget(cmbChequeDesc, 4, 1, 1, 3);
+    put(4, 2, QStringLiteral("VOUCHER #:"), cmbCHQVoucherNo);
+    fields->setColumnStretch(8, 1);
 
     frDebitButton = new QFrame(p);
     frDebitButton->setObjectName(QStringLiteral("frDebitButton"));
@@ -524,11 +523,26 @@ void frmJournalVoucher::rebindGrid()
     runSafely(this, [&] {
         auto *model = qobject_cast<QueryTableModel *>(dgVoucher->model());
         model->setResult(VoucherLookups::gridRows(db()), kGridCaptions);
-        const double twip = dgVoucher->logicalDpiX() / 1440.0 * 1.15;
-        for (int c = 0; c < 8; ++c)
-            dgVoucher->setColumnWidth(c, int(kGridTwips[c] * twip));
         dgVoucher->setColumnHidden(0, true);
+        fitGridColumns();
     });
+}
+
+// The columns keep their proportions and fill the grid's width.
+void frmJournalVoucher::fitGridColumns()
+{
+    int total = 0;
+    for (int w : kGridTwips)
+        total += w;
+    const double perTwip = qMax(dgVoucher->logicalDpiX() / 1440.0, (dgVoucher->viewport()->width() - 4) / double(total));
+    for (int c = 1; c < 8; ++c)
+        dgVoucher->setColumnWidth(c, int(kGridTwips[c] * perTwip));
+}
+
+void frmJournalVoucher::resizeEvent(QResizeEvent *event)
+{
+    BaseScreen::resizeEvent(event);
+    fitGridColumns();
 }
 
 // ------------------------------------------------------------ field behaviours

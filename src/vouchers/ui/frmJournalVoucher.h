@@ -86,6 +86,7 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
     void showEvent(QShowEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
 
 private:
     enum class LineButton { New, Modify, Delete };
@@ -94,6 +95,7 @@ private:
     void buildQuestionPanel();
     void loadAccountList();
     void loadCheques();
+    void fitGridColumns();
 
     // Behaviours of the fields.
     void voucherTypeChanged();
