@@ -1,6 +1,7 @@
 #include "foundation/ConnectionProfile.h"
 #include "foundation/ui/MessageService.h"
 #include "foundation/ui/StartupFlow.h"
+#include "foundation/ui/frmMDITessel.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
@@ -14,6 +15,7 @@ int main(int argc, char **argv)
     QApplication::setOrganizationName(QStringLiteral("Tessel"));
     QApplication::setApplicationVersion(QStringLiteral(TESSEL_VERSION));
     QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+    QApplication::setWindowIcon(tesselIcon());
     MessageService::setCaption(QStringLiteral("Tessel Business Suite"));
 
     QCommandLineParser parser;

@@ -20,6 +20,7 @@ QMdiSubWindow *MdiHost::addScreen(QWidget *screen)
 {
     QMdiSubWindow *sub = mdiArea()->addSubWindow(screen);
     sub->setAttribute(Qt::WA_DeleteOnClose);
+    sub->setWindowIcon(mainWindow()->windowIcon());
     sub->setWindowTitle(screen->windowTitle());
     QObject::connect(screen, &QWidget::windowTitleChanged, sub, &QMdiSubWindow::setWindowTitle);
     sub->show();

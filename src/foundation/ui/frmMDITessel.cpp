@@ -15,7 +15,10 @@
 #include <QMdiArea>
 #include <QMenuBar>
 #include <QMouseEvent>
+#include <QApplication>
+#include <QPainter>
 #include <QScreen>
+#include <QStatusBar>
 #include <QVBoxLayout>
 
 void PanelLabel::mouseReleaseEvent(QMouseEvent *event)
@@ -25,10 +28,29 @@ void PanelLabel::mouseReleaseEvent(QMouseEvent *event)
     QLabel::mouseReleaseEvent(event);
 }
 
+QIcon tesselIcon()
+{
+    QPixmap pix(64, 64);
+    pix.fill(Qt::transparent);
+    QPainter p(&pix);
+    p.setRenderHint(QPainter::Antialiasing);
+    p.setBrush(QColor(0x01, 0x7C, 0x6A));
+    p.setPen(Qt::NoPen);
+    p.drawRoundedRect(QRectF(2, 2, 60, 60), 12, 12);
+    QFont f = p.font();
+    f.setBold(true);
+    f.setPixelSize(42);
+    p.setFont(f);
+    p.setPen(Qt::white);
+    p.drawText(QRectF(0, 0, 64, 64), Qt::AlignCenter, QStringLiteral("T"));
+    return QIcon(pix);
+}
+
 frmMDITessel::frmMDITessel(QWidget *parent)
     : QMainWindow(parent)
 {
     setObjectName(QStringLiteral("frmMDITessel"));
+    setWindowIcon(tesselIcon());
     setWindowTitle(session().windowTitle);
 
     auto *central = new QWidget(this);
@@ -158,7 +180,31 @@ bool frmMDITessel::load()
         MessageService::information(this, Startup::needsUpdateMessage());
         return false;
     }
+    showSessionInStatusBar();
     return true;
+}
+
+void frmMDITessel::showSessionInStatusBar()
+{
+    const Session &s = session();
+    auto *bar = statusBar();
+    bar->setObjectName(QStringLiteral("sbStatus"));
+    bar->setStyleSheet(QStringLiteral("QStatusBar { background: #F1F4F3; border-top: 1px solid #C9D3D1; }"
+                                      "QStatusBar QLabel { padding: 2px 12px; color: #333; }"));
+    const auto add = [bar](const QString &name, const QString &text) {
+        auto *l = bar->findChild<QLabel *>(name);
+        if (!l) {
+            l = new QLabel(bar);
+            l->setObjectName(name);
+            bar->addPermanentWidget(l);
+        }
+        l->setText(text);
+    };
+    add(QStringLiteral("lblStatusCompany"), s.companyName);
+    add(QStringLiteral("lblStatusDatabase"), QStringLiteral("DATABASE: ") + s.databaseName);
+    add(QStringLiteral("lblStatusUser"), QStringLiteral("USER: ") + s.currentUserName);
+    add(QStringLiteral("lblStatusWorkDate"), QStringLiteral("OPEN FROM: ")
+        + (s.firstOpenDate.isValid() ? s.firstOpenDate.toString(QStringLiteral("dd/MM/yyyy")) : QStringLiteral("-")));
 }
 
 void frmMDITessel::ApplyUserRights()

@@ -7,8 +7,12 @@
 #include <QMainWindow>
 
 class QFrame;
+class QIcon;
 class QMdiArea;
 class QMenu;
+
+// The program's icon: a white T on the program's green.
+QIcon tesselIcon();
 
 // A label of the side panel that runs a menu entry when clicked.
 class PanelLabel : public QLabel
@@ -62,6 +66,7 @@ private:
     void buildMenus();
     void buildSidePanel();
     void showAbout();
+    void showSessionInStatusBar();
 
     QMdiArea *m_area = nullptr;
     QFrame *PicLeft = nullptr;

@@ -141,6 +141,19 @@ void TestStartup::startsToMainWindow()
     QVERIFY(rec.isEmpty());
     QApplication::processEvents();
     shoot(main, QStringLiteral("mainwindow"));
+    if (!qEnvironmentVariableIsEmpty("TESSEL_SCREENSHOT_DIR")) {
+        auto *menu = main->findChild<QMenu *>(QStringLiteral("mnuPPrintParty"));
+        menu->popup(main->mapToGlobal(QPoint(80, 20)));
+        QTest::qWait(100);
+        shoot(menu, QStringLiteral("menu"));
+        menu->hide();
+        for (const char *entry : {"mnuPPartyInfo", "mnuPCashPaidVoucher"}) {
+            if (main->runMenuEntry(QString::fromLatin1(entry))) {
+                QTest::qWait(100);
+                shoot(main, QStringLiteral("screen-") + QString::fromLatin1(entry));
+            }
+        }
+    }
 }
 
 void TestStartup::logOnFailures()
@@ -197,11 +210,15 @@ void TestStartup::splashRefusals()
     {
         frmSplashScreen splash(settingsFor(profile));
         splash.show();
+        QApplication::setActiveWindow(&splash);
         QCOMPARE(child<QComboBox>(&splash, "cmbDataBase")->count(), 0);
         QTest::mouseClick(child<QPushButton>(&splash, "cmdLogOnForm"), Qt::LeftButton);
         QCOMPARE(rec.last().text, QStringLiteral("Database not found, please select the required account year database."));
         QVERIFY(rec.last().isCritical());
         QTRY_VERIFY(child<QComboBox>(&splash, "cmbDataBase")->hasFocus());
+        // The combos of this screen show where the typing goes.
+        QCOMPARE(child<QComboBox>(&splash, "cmbDataBase")->palette().color(QPalette::Button), QColor(0x01, 0x7C, 0x6A));
+        shoot(&splash, QStringLiteral("startup-focus"));
     }
     // A year that cannot be opened.
     QFile broken(dir.filePath(QStringLiteral("TesselBroken.sqlite")));
@@ -211,6 +228,7 @@ void TestStartup::splashRefusals()
     frmSplashScreen splash(settingsFor(profile));
     QSignalSpy opened(&splash, &frmSplashScreen::databaseOpened);
     splash.show();
+    QApplication::setActiveWindow(&splash);
     QCOMPARE(child<QComboBox>(&splash, "cmbDataBase")->currentText(), QStringLiteral("TesselBroken"));
     rec.clear();
     QTest::mouseClick(child<QPushButton>(&splash, "cmdLogOnForm"), Qt::LeftButton);
