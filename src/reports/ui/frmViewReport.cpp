@@ -218,6 +218,9 @@ frmViewReport::frmViewReport(QWidget *parent) : QWidget(parent, Qt::Window)
     outer->addLayout(bar);
     outer->addWidget(m_scroll, 1);
 
+    m_scroll->installEventFilter(this);
+    crViewer->installEventFilter(this);
+
     connect(cmdFirstPage, &QPushButton::clicked, this, [this] { showPage(0); });
     connect(cmdPreviousPage, &QPushButton::clicked, this, [this] { showPage(currentPage() - 1); });
     connect(cmdNextPage, &QPushButton::clicked, this, [this] { showPage(currentPage() + 1); });
@@ -360,20 +363,35 @@ frmViewReport *frmViewReport::drillDown(int line)
     return Reports::openViewer(this, *request, nullptr);
 }
 
-void frmViewReport::keyPressEvent(QKeyEvent *event)
+bool frmViewReport::handleKey(QKeyEvent *event)
 {
     const bool ctrl = event->modifiers() & Qt::ControlModifier;
     switch (event->key()) {
-    case Qt::Key_PageDown: showPage(currentPage() + 1); return;
-    case Qt::Key_PageUp: showPage(currentPage() - 1); return;
-    case Qt::Key_Home: if (ctrl || !m_scroll->hasFocus()) { showPage(0); return; } break;
-    case Qt::Key_End: if (ctrl || !m_scroll->hasFocus()) { showPage(m_report.pageCount() - 1); return; } break;
+    case Qt::Key_PageDown: showPage(currentPage() + 1); return true;
+    case Qt::Key_PageUp: showPage(currentPage() - 1); return true;
+    case Qt::Key_Home: showPage(0); return true;
+    case Qt::Key_End: showPage(m_report.pageCount() - 1); return true;
     case Qt::Key_Plus:
-    case Qt::Key_Equal: if (ctrl) { setZoom(zoom() + 25); return; } break;
-    case Qt::Key_Minus: if (ctrl) { setZoom(zoom() - 25); return; } break;
-    case Qt::Key_P: if (ctrl) { print(); return; } break;
-    case Qt::Key_Escape: close(); return;
+    case Qt::Key_Equal: if (ctrl) { setZoom(zoom() + 25); return true; } break;
+    case Qt::Key_Minus: if (ctrl) { setZoom(zoom() - 25); return true; } break;
+    case Qt::Key_P: if (ctrl) { print(); return true; } break;
+    case Qt::Key_Escape: close(); return true;
     default: break;
     }
-    QWidget::keyPressEvent(event);
+    return false;
+}
+
+void frmViewReport::keyPressEvent(QKeyEvent *event)
+{
+    if (!handleKey(event))
+        QWidget::keyPressEvent(event);
+}
+
+// The scroll area would take PgUp/PgDn, Home and End for itself: here they
+// turn the pages, as a clerk expects of a report.
+bool frmViewReport::eventFilter(QObject *watched, QEvent *event)
+{
+    if ((watched == m_scroll || watched == crViewer) && event->type() == QEvent::KeyPress)
+        return handleKey(static_cast<QKeyEvent *>(event)) || QWidget::eventFilter(watched, event);
+    return QWidget::eventFilter(watched, event);
 }

@@ -84,8 +84,10 @@ public:
 
 protected:
     void keyPressEvent(QKeyEvent *event) override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
+    bool handleKey(QKeyEvent *event);
     void print();
     void exportAs(const QString &filter, const QString &suffix);
     void updatePageControls();

@@ -258,6 +258,10 @@ private slots:
         QVERIFY(!v->cmdNextPage->isEnabled());
         QTest::keyClick(v, Qt::Key_PageUp);
         QCOMPARE(v->currentPage(), pages - 2);
+        QTest::keyClick(v->crViewer, Qt::Key_Home); // the page, not the scroll area, takes the key
+        QCOMPARE(v->currentPage(), 0);
+        QTest::keyClick(v->crViewer, Qt::Key_PageDown);
+        QCOMPARE(v->currentPage(), 1);
         v->txtPage->setValue(1);
         QCOMPARE(v->currentPage(), 0);
         v->setZoom(75);
