@@ -9,6 +9,7 @@
 #include "foundation/ui/MessageService.h"
 
 #include <QApplication>
+#include <QCloseEvent>
 #include <QComboBox>
 #include <QEvent>
 #include <QFormLayout>
@@ -299,6 +300,13 @@ bool frmSplashScreen::ConnectDatabase()
     if (!s.connectOk)
         MessageService::critical(this, Startup::configurationProblemMessage());
     return s.connectOk;
+}
+
+void frmSplashScreen::closeEvent(QCloseEvent *event)
+{
+    // Closing the window is the same as Exit.
+    event->accept();
+    Q_EMIT exitRequested();
 }
 
 void frmSplashScreen::logOnForm()
