@@ -67,6 +67,7 @@ frmPartyInfo::frmPartyInfo(QWidget *parent)
     SafeTextKey::attach(txtPartyName);
     SafeTextKey::attach(txtPartyAddress);
     SafeTextKey::attach(txtPartyDesc);
+    SafeTextKey::attach(cmbCareOf);
     attachFaxFilter(txtPartyFax);
     DigitsOnly::attach(txtDueDays);
     DecimalOnly::attach(txtBalance);

@@ -9,7 +9,9 @@
 #include "foundation/ui/ScreenServices.h"
 #include "stock/ItemCoding.h"
 
+#include <QCloseEvent>
 #include <QComboBox>
+#include <QEventLoop>
 #include <QEvent>
 #include <QHeaderView>
 #include <QLineEdit>
@@ -83,6 +85,28 @@ void frmItemCoding::onOpened()
     mskItemCode->setFocus(Qt::OtherFocusReason);
 }
 
+void frmItemCoding::closeEvent(QCloseEvent *event)
+{
+    BaseScreen::closeEvent(event);
+    Q_EMIT closed();
+}
+
+QString frmItemCoding::addItemModal(QWidget *parent)
+{
+    auto *f = new frmItemCoding(parent);
+    f->setWindowFlags(Qt::Dialog);
+    f->setWindowModality(Qt::ApplicationModal);
+    f->resize(820, 520);
+    QEventLoop loop;
+    connect(f, &frmItemCoding::closed, &loop, &QEventLoop::quit);
+    f->show();
+    f->mskItemCode->setFocus(Qt::OtherFocusReason);
+    loop.exec();
+    const QString code = f->lastAddedCode();
+    f->deleteLater();
+    return code;
+}
+
 void frmItemCoding::showLastCode()
 {
     runSafely(this, [this] {
@@ -141,6 +165,7 @@ void frmItemCoding::add()
         return;
     if (!r.ok)
         return refuse(r);
+    m_lastAddedCode = mskItemCode->maskText();
     MessageService::information(this, r.message);
     txtItemName->clear();
     mskItemCode->clearMask();

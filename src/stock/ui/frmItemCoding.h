@@ -19,6 +19,12 @@ public:
     explicit frmItemCoding(QWidget *parent = nullptr);
     void onOpened() override;
 
+    // Opens the screen as a modal window over `parent` (the entry screens'
+    // "add item" buttons) and returns when it is closed: the code of the
+    // last item added there, or "".
+    static QString addItemModal(QWidget *parent);
+    QString lastAddedCode() const { return m_lastAddedCode; }
+
     MaskedLineEdit *mskItemCode = nullptr;
     QLineEdit *txtLastCode = nullptr;
     QLineEdit *txtItemName = nullptr;
@@ -30,7 +36,11 @@ public:
     QPushButton *cmdCancel = nullptr;
     QPushButton *cmdAddCompany = nullptr;
 
+Q_SIGNALS:
+    void closed();
+
 protected:
+    void closeEvent(QCloseEvent *event) override;
     // For the modify screen: builds the old-item fields first.
     struct ModifyTag {};
     frmItemCoding(ModifyTag, QWidget *parent);
@@ -45,6 +55,8 @@ private:
     void showSimilarNames();
     bool check();
     void add();
+
+    QString m_lastAddedCode;
 };
 
 class frmModifyItemCoding : public frmItemCoding

@@ -23,6 +23,7 @@
 #include <QMdiArea>
 #include <QPushButton>
 #include <QTableView>
+#include <QTimer>
 #include <QtTest>
 
 namespace {
@@ -143,6 +144,8 @@ private Q_SLOTS:
     void careOfScreen();
     void menuEntries_data() { TestDb::addBackends(); }
     void menuEntries();
+    void partyInfoModal_data() { TestDb::addBackends(); }
+    void partyInfoModal();
 };
 
 void TestAccountScreens::partyInfoLoads()
@@ -691,6 +694,30 @@ void TestAccountScreens::menuEntries()
     router.trigger(QStringLiteral("mnuLetterhead"), host);
     QCOMPARE(rec.texts(), QStringList{QStringLiteral("Only an administrator can change the letterhead.")});
     QVERIFY(!host.findScreen(QStringLiteral("frmLetterhead")));
+}
+
+// Another screen's "add party" button: the account screen over it, modal,
+// and the code of the account made there handed back.
+void TestAccountScreens::partyInfoModal()
+{
+    TESSEL_YEAR(year);
+    SessionScope s(year);
+    MessageRecorder rec;
+    QWidget owner;
+    showActive(&owner);
+    QTimer::singleShot(0, [&] {
+        frmPartyInfo *f = nullptr;
+        for (QWidget *w : QApplication::topLevelWidgets())
+            if (auto *p = qobject_cast<frmPartyInfo *>(w); p && p->isVisible())
+                f = p;
+        QVERIFY(f);
+        QVERIFY(f->isModal());
+        fillAccount(*f, QStringLiteral("17-10-004"), QStringLiteral("DELTA BOX"), QStringLiteral("0"));
+        click(f->cmdPartySave);
+        click(f->cmdPartyCancel);
+    });
+    QCOMPARE(frmPartyInfo::addAccountModal(&owner), QStringLiteral("17-10-004"));
+    QCOMPARE(rec.texts(), QStringList{QStringLiteral("Party Info. has added successfully")});
 }
 
 QTEST_MAIN(TestAccountScreens)
