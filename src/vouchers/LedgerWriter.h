@@ -67,7 +67,14 @@ public:
 
     static int rowsPerStatement() { return 400; }
 
+    // Batches from this size go to a server as arrays, this many rows a
+    // statement.
+    static constexpr int kArrayThreshold = 200;
+    static constexpr int kArrayChunk = 5000;
+
 private:
+    void insertArrays(const QVector<LedgerRow> &rows, int start, int n);
+
     SessionConnection &m_db;
     QString m_user;
     QDate m_entryDate;

@@ -112,6 +112,8 @@ private Q_SLOTS:
     void chequeFollowsTheSave();
     void failedSaveLeavesLedgerAndStaging_data();
     void failedSaveLeavesLedgerAndStaging();
+    void bulkRowsKeepOrderAndValues_data();
+    void bulkRowsKeepOrderAndValues();
 };
 
 // ------------------------------------------------------------ pure rules
@@ -654,6 +656,62 @@ void TestVoucherPosting::failedSaveLeavesLedgerAndStaging()
         QVERIFY(posting.saveModified(first, first).posted);
     else
         QVERIFY(posting.deleteVoucher(first).posted);
+}
+
+void TestVoucherPosting::bulkRowsKeepOrderAndValues_data()
+{
+    QTest::addColumn<QString>("backend");
+    QTest::addColumn<int>("count");
+    for (const char *b : {"sqlite", "postgres"})
+        for (int n : {7, 1234}) // one statement, and the batched path of a server
+            QTest::newRow(qPrintable(QStringLiteral("%1 %2 rows").arg(QString::fromLatin1(b)).arg(n)))
+                << QString::fromLatin1(b) << n;
+}
+
+void TestVoucherPosting::bulkRowsKeepOrderAndValues()
+{
+    QFETCH(int, count);
+    TESSEL_YEAR(year);
+    auto db = year.connect();
+    const QStringList texts = {QStringLiteral("PLAIN"), QStringLiteral("A \"QUOTED\" WORD"), QStringLiteral("BACK\\SLASH"),
+                               QStringLiteral("{BRACES},COMMA"), QStringLiteral("NULL"), QString(), QStringLiteral("  ")};
+    QVector<LedgerRow> rows;
+    for (int i = 0; i < count; ++i) {
+        const VoucherKey key{QStringLiteral("JV"), i / 2 + 1, QDate(2026, 1, 1).addDays(i % 300)};
+        const Money amount = Money::fromCents(qint64(i) * 100003 + 1);
+        LedgerRow r = i % 2 ? LedgerRow::credit(key, QStringLiteral("21-10-002"), QStringLiteral("TEA"), amount)
+                            : LedgerRow::debit(key, QStringLiteral("21-10-001"), QStringLiteral("POWER"), amount);
+        r.partyDesc = texts.at(i % texts.size());
+        r.invoiceNo = texts.at((i + 3) % texts.size());
+        if (i % 5 == 0)
+            r.recordNo = i;
+        rows << r;
+    }
+    {
+        Transaction tx(*db);
+        LedgerWriter(*db, kUser, kToday).insertMany(rows);
+        tx.commit();
+    }
+    const QueryResult back = db->select(QStringLiteral("SELECT VoucherNo, VDate, PartyCode, PartyDR, PartyCR, PartyBalance, "
+                                                       "PartyDesc, InvoiceNo, RecordNo, UserName, EntryDate "
+                                                       "FROM tblPartyBalance ORDER BY SrNo"));
+    QCOMPARE(back.size(), count);
+    for (int i = 0; i < count; ++i) {
+        const Row &b = back.at(i);
+        const LedgerRow &r = rows.at(i);
+        QCOMPARE(b.integer("VoucherNo"), r.voucherNo);
+        QCOMPARE(b.date("VDate"), r.vDate);
+        QCOMPARE(b.text("PartyCode").trimmed(), r.partyCode);
+        QCOMPARE(b.moneyOrZero("PartyDR"), r.partyDR);
+        QCOMPARE(b.moneyOrZero("PartyCR"), r.partyCR);
+        QCOMPARE(b.moneyOrZero("PartyBalance"), r.partyBalance());
+        QCOMPARE(b.isNull("PartyDesc"), r.partyDesc.isNull());
+        QCOMPARE(b.text("PartyDesc"), r.partyDesc);
+        QCOMPARE(b.text("InvoiceNo"), r.invoiceNo);
+        QCOMPARE(b.isNull("RecordNo"), !r.recordNo.has_value());
+        QCOMPARE(b.text("UserName").trimmed(), kUser);
+        QCOMPARE(b.date("EntryDate"), kToday);
+    }
 }
 
 QTEST_GUILESS_MAIN(TestVoucherPosting)
