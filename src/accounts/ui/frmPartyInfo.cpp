@@ -71,6 +71,9 @@ frmPartyInfo::frmPartyInfo(QWidget *parent)
     attachFaxFilter(txtPartyFax);
     DigitsOnly::attach(txtDueDays);
     DecimalOnly::attach(txtBalance);
+    // Within what the columns hold, so no amount is ever cut or wrapped.
+    txtDueDays->setMaxLength(5);
+    txtBalance->setMaxLength(16);
     FocusNextOnKey::attach(cmbCareOf, txtPartyDesc);
     FocusNextOnKey::attach(cmbDBCR, txtBalance);
     txtDueDays->installEventFilter(this);

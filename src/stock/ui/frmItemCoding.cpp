@@ -65,6 +65,8 @@ void frmItemCoding::buildFields()
     SafeTextKey::attach(txtItemName);
     DecimalOnly::attach(txtCostRate);
     DecimalOnly::attach(txtSaleRate);
+    txtCostRate->setMaxLength(16);
+    txtSaleRate->setMaxLength(16);
     connect(mskItemCode, &QLineEdit::textChanged, this, &frmItemCoding::showLastCode);
     connect(txtItemName, &QLineEdit::textChanged, this, &frmItemCoding::showSimilarNames);
 }

@@ -346,6 +346,10 @@ void TestAccountScreens::partyInfoKeyFilters()
     f.txtBalance->setFocus();
     QTest::keyClicks(f.txtBalance, QStringLiteral("-12.5.0x"));
     QCOMPARE(f.txtBalance->text(), QStringLiteral("12.50"));
+    // No more digits than the column holds.
+    f.txtBalance->clear();
+    QTest::keyClicks(f.txtBalance, QString(20, QLatin1Char('9')));
+    QCOMPARE(f.txtBalance->text(), QString(16, QLatin1Char('9')));
     // Leaving an empty days or balance field puts 0 into it.
     f.txtBalance->clear();
     f.txtDueDays->setFocus();
