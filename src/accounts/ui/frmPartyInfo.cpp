@@ -161,6 +161,7 @@ void frmPartyInfo::showSimilarNames()
         dgPartyInfo->horizontalHeader()->setSectionResizeMode(QHeaderView::Fixed);
         dgPartyInfo->setColumnWidth(0, 110);
         dgPartyInfo->setColumnWidth(1, 520);
+        dgPartyInfo->horizontalHeader()->setStretchLastSection(true);
     });
 }
 
