@@ -5,7 +5,22 @@
 #include "foundation/ui/frmMDITessel.h"
 #include "foundation/ui/frmSplashScreen.h"
 
+#include <QGuiApplication>
+#include <QScreen>
 #include <QTimer>
+
+namespace {
+// Puts a window in the middle of the screen it will open on.
+void centre(QWidget *w)
+{
+    const QScreen *screen = QGuiApplication::primaryScreen();
+    if (!screen)
+        return;
+    w->adjustSize();
+    const QRect area = screen->availableGeometry();
+    w->move(area.center() - QPoint(w->width() / 2, w->height() / 2));
+}
+} // namespace
 
 StartupFlow::StartupFlow(const AppSettings &settings, QObject *parent)
     : QObject(parent), m_settings(settings)
@@ -28,6 +43,7 @@ void StartupFlow::start(const QString &profileName, const QString &yearName)
     connect(m_splash, &frmSplashScreen::databaseOpened, this, &StartupFlow::showLogOn);
     if (!profileName.isEmpty() || !yearName.isEmpty())
         m_splash->preselect(profileName, yearName);
+    centre(m_splash);
     m_splash->show();
 }
 
@@ -45,6 +61,7 @@ void StartupFlow::showLogOn()
             Q_EMIT finished(0);
     });
     connect(m_logOn, &frmLogOn::loggedOn, this, &StartupFlow::showMainWindow);
+    centre(m_logOn);
     m_logOn->show();
 }
 
@@ -59,6 +76,8 @@ void StartupFlow::showMainWindow()
         QTimer::singleShot(0, this, [this] { Q_EMIT finished(0); });
         return;
     }
+    if (const QScreen *screen = QGuiApplication::primaryScreen())
+        m_main->setGeometry(screen->availableGeometry());
     m_main->showMaximized();
     m_main->ApplyUserRights();
     if (session().currentUserType == QLatin1String("COMMON USER"))
