@@ -150,7 +150,9 @@ const QVector<Table> &stagingTables()
 const QVector<Index> &indexes()
 {
     static const QVector<Index> all = {
-        {QStringLiteral("ixPartyBalanceCode"), QStringLiteral("tblPartyBalance"), QStringLiteral("PartyCode, VDate"), false},
+        // Carries the amount too, so an account's balance (the busy cash
+        // account above all) is summed from the index alone.
+        {QStringLiteral("ixPartyBalanceCode"), QStringLiteral("tblPartyBalance"), QStringLiteral("PartyCode, VDate, PartyBalance"), false},
         {QStringLiteral("ixPartyBalanceVoucher"), QStringLiteral("tblPartyBalance"), QStringLiteral("VoucherType, VoucherNo, VDate"), false},
         {QStringLiteral("ixPartyBalanceDate"), QStringLiteral("tblPartyBalance"), QStringLiteral("VDate"), false},
         // The ledger views group and select accounts by the code without its
