@@ -267,7 +267,8 @@ QString columnLetters(int i)
     return s;
 }
 
-enum Style { StDefault = 0, StMoney = 1, StDate = 2, StBold = 3, StBoldMoney = 4, StNumber = 5, StBoldNumber = 6, StTitle = 7 };
+enum Style { StDefault = 0, StMoney = 1, StDate = 2, StBold = 3, StBoldMoney = 4, StNumber = 5, StBoldNumber = 6, StTitle = 7,
+             StBalance = 8, StBoldBalance = 9 };
 
 class SheetWriter
 {
@@ -296,14 +297,15 @@ private:
 const char *kStyles =
     "<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"yes\"?>\n"
     "<styleSheet xmlns=\"http://schemas.openxmlformats.org/spreadsheetml/2006/main\">"
-    "<numFmts count=\"1\"><numFmt numFmtId=\"164\" formatCode=\"dd/mm/yyyy\"/></numFmts>"
+    "<numFmts count=\"2\"><numFmt numFmtId=\"164\" formatCode=\"dd/mm/yyyy\"/>"
+    "<numFmt numFmtId=\"165\" formatCode=\"#,##0.00&quot; DR&quot;;#,##0.00&quot; CR&quot;;0.00\"/></numFmts>"
     "<fonts count=\"3\"><font><sz val=\"10\"/><name val=\"Arial\"/></font>"
     "<font><b/><sz val=\"10\"/><name val=\"Arial\"/></font>"
     "<font><b/><sz val=\"12\"/><name val=\"Arial\"/></font></fonts>"
     "<fills count=\"2\"><fill><patternFill patternType=\"none\"/></fill><fill><patternFill patternType=\"gray125\"/></fill></fills>"
     "<borders count=\"1\"><border><left/><right/><top/><bottom/><diagonal/></border></borders>"
     "<cellStyleXfs count=\"1\"><xf numFmtId=\"0\" fontId=\"0\" fillId=\"0\" borderId=\"0\"/></cellStyleXfs>"
-    "<cellXfs count=\"8\">"
+    "<cellXfs count=\"10\">"
     "<xf numFmtId=\"0\" fontId=\"0\" fillId=\"0\" borderId=\"0\" xfId=\"0\"/>"
     "<xf numFmtId=\"4\" fontId=\"0\" fillId=\"0\" borderId=\"0\" xfId=\"0\" applyNumberFormat=\"1\"/>"
     "<xf numFmtId=\"164\" fontId=\"0\" fillId=\"0\" borderId=\"0\" xfId=\"0\" applyNumberFormat=\"1\"/>"
@@ -312,6 +314,8 @@ const char *kStyles =
     "<xf numFmtId=\"0\" fontId=\"0\" fillId=\"0\" borderId=\"0\" xfId=\"0\"/>"
     "<xf numFmtId=\"0\" fontId=\"1\" fillId=\"0\" borderId=\"0\" xfId=\"0\" applyFont=\"1\"/>"
     "<xf numFmtId=\"0\" fontId=\"2\" fillId=\"0\" borderId=\"0\" xfId=\"0\" applyFont=\"1\"/>"
+    "<xf numFmtId=\"165\" fontId=\"0\" fillId=\"0\" borderId=\"0\" xfId=\"0\" applyNumberFormat=\"1\"/>"
+    "<xf numFmtId=\"165\" fontId=\"1\" fillId=\"0\" borderId=\"0\" xfId=\"0\" applyFont=\"1\" applyNumberFormat=\"1\"/>"
     "</cellXfs>"
     "<cellStyles count=\"1\"><cellStyle name=\"Normal\" xfId=\"0\" builtinId=\"0\"/></cellStyles>"
     "</styleSheet>";
@@ -361,12 +365,15 @@ QByteArray xlsxBytes(const RenderedReport &r)
             }
             switch (c.format) {
             case FieldFormat::Money:
-            case FieldFormat::Balance:
+            case FieldFormat::Balance: {
+                const bool balance = c.format == FieldFormat::Balance;
                 if (c.blankZero && v.value<Money>().isZero() && !s.bold)
                     w.skip();
                 else
-                    w.number(v.value<Money>().toPlainString(), s.bold ? StBoldMoney : StMoney);
+                    w.number(v.value<Money>().toPlainString(),
+                             balance ? (s.bold ? StBoldBalance : StBalance) : (s.bold ? StBoldMoney : StMoney));
                 break;
+            }
             case FieldFormat::Number: w.number(QString::number(v.toDouble(), 'g', 15), s.bold ? StBoldNumber : StNumber); break;
             case FieldFormat::Integer: w.number(QString::number(v.toLongLong()), s.bold ? StBoldNumber : StNumber); break;
             case FieldFormat::Date: w.number(QString::number(epoch.daysTo(v.toDate())), StDate); break;

@@ -68,7 +68,8 @@ struct ReportRequest
     QString source;          // another source than the design's (rare)
     bool writePeriodRow = true; // also write SDate/EDate of tblTLClientInfo, as the views of old read them
 
-    bool hasPeriod() const { return to.isValid() || from.isValid(); }
+    // A period needs its end; a start alone is no period.
+    bool hasPeriod() const { return to.isValid(); }
 };
 
 // The letterhead and credit texts of the page header.
