@@ -612,6 +612,54 @@ private slots:
         QVERIFY(!text.contains(QLatin1String("Page 1 of")));
     }
 
+    // The command-line renderer: a file per extension, and refusals with
+    // a message and a non-zero status.
+    void commandLineTool()
+    {
+        const QString tool = QStringLiteral(TESSEL_BIN_DIR "/tessel-report");
+        if (!QFile::exists(tool))
+            QSKIP("tessel-report is not built");
+        TestDb::Year year(QStringLiteral("sqlite"));
+        {
+            auto db = year.connect();
+            seed(*db);
+        }
+        QTemporaryDir dir;
+        auto run = [&](const QStringList &args, QString *err = nullptr) {
+            QProcess p;
+            QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+            env.insert(QStringLiteral("TESSEL_DATA_DIR"), year.profile().dataDir);
+            env.insert(QStringLiteral("TESSEL_CONFIG"), dir.filePath(QStringLiteral("none.ini")));
+            env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+            p.setProcessEnvironment(env);
+            p.start(tool, QStringList{QStringLiteral("--year"), year.name()} + args);
+            p.waitForFinished(60000);
+            if (err)
+                *err = QString::fromUtf8(p.readAllStandardError());
+            return p.exitCode();
+        };
+        const QString csv = dir.filePath(QStringLiteral("cp.csv"));
+        QCOMPARE(run({QStringLiteral("--design"), QStringLiteral("crVoucherListing"), QStringLiteral("--from"),
+                      QStringLiteral("01/01/2026"), QStringLiteral("--to"), QStringLiteral("31/01/2026"),
+                      QStringLiteral("--where"), QStringLiteral("VoucherType=CP"), QStringLiteral("--out"), csv}), 0);
+        QFile f(csv);
+        QVERIFY(f.open(QIODevice::ReadOnly));
+        QVERIFY(f.readAll().contains("GRAND TOTAL,,,,1250.35,1250.35"));
+        const QString pdf = dir.filePath(QStringLiteral("items.pdf"));
+        QCOMPARE(run({QStringLiteral("--design"), QStringLiteral("crItemCoding"), QStringLiteral("--out"), pdf}), 0);
+        QVERIFY(QFileInfo(pdf).size() > 1000);
+
+        QString err;
+        QCOMPARE(run({QStringLiteral("--design"), QStringLiteral("crItemCoding"), QStringLiteral("--where"),
+                      QStringLiteral("1=1"), QStringLiteral("--out"), pdf}, &err), 2);
+        QVERIFY(err.contains(QLatin1String("is not FIELD=VALUE")));
+        QCOMPARE(run({QStringLiteral("--design"), QStringLiteral("crNothing"), QStringLiteral("--out"), pdf}, &err), 1);
+        QVERIFY(err.contains(QLatin1String("There is no report design \"crNothing\"")));
+        QCOMPARE(run({QStringLiteral("--design"), QStringLiteral("crItemCoding"), QStringLiteral("--out"),
+                      dir.filePath(QStringLiteral("x.doc"))}, &err), 1);
+        QVERIFY(err.contains(QLatin1String(".pdf, .xlsx or .csv")));
+    }
+
     void zipCrc()
     {
         QCOMPARE(ZipWriter::crc32("123456789"), 0xCBF43926u);
