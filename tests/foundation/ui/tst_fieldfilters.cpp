@@ -201,6 +201,10 @@ void TestFieldFilters::highlightOnFocus()
     QCOMPARE(a->palette().color(QPalette::Text), QColor(Qt::black));
     QCOMPARE(m->palette().color(QPalette::Base), QColor(0x01, 0x7C, 0x6A));
     QCOMPARE(m->selectedText(), QStringLiteral("02/01/2024"));
+    // Typing over the selected date replaces it from its first place.
+    QTest::keyClicks(m, QStringLiteral("15032025"));
+    QCOMPARE(m->maskText(), QStringLiteral("15/03/2025"));
+    QCOMPARE(m->date(), QDate(2025, 3, 15));
 }
 
 QTEST_MAIN(TestFieldFilters)
