@@ -13,6 +13,13 @@
 #include <QPainter>
 #include <QTemporaryDir>
 #include <QTextStream>
+#include <ctime>
+
+namespace {
+// Processor time of this process, in ms: on a busy machine the wall clock
+// says more about the neighbours than about the report.
+qint64 cpuMs() { return qint64(std::clock()) * 1000 / CLOCKS_PER_SEC; }
+} // namespace
 
 int main(int argc, char **argv)
 {
@@ -63,6 +70,7 @@ int main(int argc, char **argv)
                    << Reports::ReportCondition::atMost(QStringLiteral("VDate"), req.to);
 
     t.restart();
+    qint64 cpu = cpuMs();
     Reports::RenderedReport r = Reports::ReportFrame::render(*db, req, Reports::DesignCatalogue());
     const qint64 renderMs = t.elapsed();
     QImage page(int(r.pageSizePoints().width() * 96 / 72), int(r.pageSizePoints().height() * 96 / 72), QImage::Format_RGB32);
@@ -72,10 +80,13 @@ int main(int argc, char **argv)
         r.paintPage(p, 0, QRectF(0, 0, page.width(), page.height()));
     }
     const qint64 firstPageMs = t.elapsed();
+    const qint64 firstPageCpu = cpuMs() - cpu;
     out << "read, grouped and laid out " << r.rows.size() << " rows on " << r.pageCount() << " pages: " << renderMs
-        << " ms; first page on screen after " << firstPageMs << " ms (aim: under 1000)\n";
+        << " ms; first page on screen after " << firstPageMs << " ms, " << firstPageCpu
+        << " ms of processor time (aim: under 1000)\n";
 
     t.restart();
+    cpu = cpuMs();
     QString error;
     const QString pdf = dir.filePath(QStringLiteral("bench.pdf"));
     if (!Reports::exportPdf(r, pdf, &error)) {
@@ -83,8 +94,10 @@ int main(int argc, char **argv)
         return 1;
     }
     const qint64 pdfMs = t.elapsed();
+    const qint64 pdfCpu = cpuMs() - cpu;
     out << "PDF of " << r.pageCount() << " pages: " << pdfMs << " ms; from the query to the file: "
-        << renderMs + pdfMs << " ms (aim: under 2000), " << QFileInfo(pdf).size() / 1024 << " KiB\n";
+        << renderMs + pdfMs << " ms, " << firstPageCpu + pdfCpu << " ms of processor time (aim: under 2000), "
+        << QFileInfo(pdf).size() / 1024 << " KiB\n";
 
     t.restart();
     Reports::exportXlsx(r, dir.filePath(QStringLiteral("bench.xlsx")), &error);
