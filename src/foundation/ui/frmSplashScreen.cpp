@@ -12,6 +12,7 @@
 #include <QCloseEvent>
 #include <QComboBox>
 #include <QEvent>
+#include <QFocusEvent>
 #include <QFormLayout>
 #include <QHBoxLayout>
 #include <QInputDialog>
@@ -188,8 +189,13 @@ void frmSplashScreen::typeChosen()
 bool frmSplashScreen::eventFilter(QObject *watched, QEvent *event)
 {
     if (watched == cmbServer && event->type() == QEvent::FocusOut && !cmbServer->view()->isVisible()) {
-        RestoreField(cmbServer);
-        listDatabases();
+        // Only the user moving on from the field lists the years, not the
+        // window losing the focus to another (or to a message).
+        const auto reason = static_cast<QFocusEvent *>(event)->reason();
+        if (reason != Qt::ActiveWindowFocusReason && reason != Qt::PopupFocusReason) {
+            RestoreField(cmbServer);
+            listDatabases();
+        }
     }
     return QWidget::eventFilter(watched, event);
 }

@@ -219,6 +219,17 @@ void TestStartup::splashRefusals()
         // The combos of this screen show where the typing goes.
         QCOMPARE(child<QComboBox>(&splash, "cmbDataBase")->palette().color(QPalette::Button), QColor(0x01, 0x7C, 0x6A));
         shoot(&splash, QStringLiteral("startup-focus"));
+
+        // A year that appears later is listed when the user leaves the Server box.
+        QFile later(dir.filePath(QStringLiteral("TesselLater.sqlite")));
+        QVERIFY(later.open(QIODevice::WriteOnly));
+        later.close();
+        child<QComboBox>(&splash, "cmbServer")->setFocus(Qt::TabFocusReason);
+        QTRY_VERIFY(child<QComboBox>(&splash, "cmbServer")->hasFocus());
+        QCOMPARE(child<QComboBox>(&splash, "cmbDataBase")->count(), 0);
+        child<QComboBox>(&splash, "cmbDataBase")->setFocus(Qt::TabFocusReason);
+        QTRY_COMPARE(child<QComboBox>(&splash, "cmbDataBase")->count(), 1);
+        QCOMPARE(child<QComboBox>(&splash, "cmbDataBase")->currentText(), QStringLiteral("TesselLater"));
     }
     // A year that cannot be opened.
     QFile broken(dir.filePath(QStringLiteral("TesselBroken.sqlite")));
