@@ -272,8 +272,8 @@ private:
                     case FieldFormat::Text: v = first.text(col); break;
                     }
                 }
-                addText(H, QRectF(x, y, 1300, h), f.caption + QLatin1Char(':'), Caption, Qt::AlignLeft);
-                addText(H, QRectF(x + 1300, y, half - 1400, h), formatValue(v, f.format), Body, Qt::AlignLeft);
+                addText(H, QRectF(x, y, 1000, h), f.caption + QLatin1Char(':'), Caption, Qt::AlignLeft);
+                addText(H, QRectF(x + 1000, y, half - 1100, h), formatValue(v, f.format), Body, Qt::AlignLeft);
                 if (i % 2 == 1 || i == m_d.documentFields.size() - 1)
                     y += h;
             }
