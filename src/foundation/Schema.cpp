@@ -156,8 +156,10 @@ const QVector<Index> &indexes()
         {QStringLiteral("ixPartyBalanceVoucher"), QStringLiteral("tblPartyBalance"), QStringLiteral("VoucherType, VoucherNo, VDate"), false},
         {QStringLiteral("ixPartyBalanceDate"), QStringLiteral("tblPartyBalance"), QStringLiteral("VDate"), false},
         // The ledger views group and select accounts by the code without its
-        // trailing blanks.
-        {QStringLiteral("ixPartyBalanceTrimCode"), QStringLiteral("tblPartyBalance"), QStringLiteral("(RTRIM(PartyCode)), VDate"), false},
+        // trailing blanks; the amounts ride along so that the statements add
+        // up from the index alone.
+        {QStringLiteral("ixPartyBalanceTrimCode"), QStringLiteral("tblPartyBalance"),
+         QStringLiteral("(RTRIM(PartyCode)), VDate, PartyCode, PartyDR, PartyCR, PartyBalance"), false},
         {QStringLiteral("uxPartyInfoCode"), QStringLiteral("tblPartyInfo"), QStringLiteral("PartyCode"), true},
         {QStringLiteral("uxPartyInfoName"), QStringLiteral("tblPartyInfo"), QStringLiteral("PartyName"), true},
         {QStringLiteral("ixInvoiceTitle"), QStringLiteral("tblInvoice"), QStringLiteral("TitleName, InvoiceNo"), false},
