@@ -14,6 +14,15 @@
 #include <QLineEdit>
 #include <QTableView>
 
+namespace {
+// A message box or a list popping up takes the focus for a moment without
+// the user leaving the field.
+bool isUsersMove(Qt::FocusReason reason)
+{
+    return reason != Qt::PopupFocusReason && reason != Qt::ActiveWindowFocusReason;
+}
+} // namespace
+
 AccountPick::AccountPick(QComboBox *nameCombo, MaskedLineEdit *codeField, QTableView *searchGrid, QObject *parent)
     : QObject(parent), m_name(nameCombo), m_code(codeField), m_grid(searchGrid)
 {
@@ -192,10 +201,10 @@ bool AccountPick::eventFilter(QObject *watched, QEvent *event)
     } else if (onName && event->type() == QEvent::FocusOut) {
         const auto *focus = static_cast<QFocusEvent *>(event);
         QWidget *now = QApplication::focusWidget();
-        if (focus->reason() != Qt::PopupFocusReason && now != m_name && (!m_name || now != m_name->lineEdit()))
+        if (isUsersMove(focus->reason()) && now != m_name && (!m_name || now != m_name->lineEdit()))
             nameLeft();
     } else if (watched == m_code && event->type() == QEvent::FocusOut) {
-        if (static_cast<QFocusEvent *>(event)->reason() != Qt::PopupFocusReason)
+        if (isUsersMove(static_cast<QFocusEvent *>(event)->reason()))
             codeChanged(true);
     } else if (watched == m_grid && event->type() == QEvent::KeyPress) {
         auto *key = static_cast<QKeyEvent *>(event);

@@ -1,6 +1,7 @@
 #include "accounts/ui/CommandGate.h"
 
 #include <QEvent>
+#include <QFocusEvent>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QValidator>
@@ -14,9 +15,16 @@ CommandGate::CommandGate(QPushButton *button, Check check, Work work)
 
 bool CommandGate::eventFilter(QObject *watched, QEvent *event)
 {
-    if (watched == m_button && event->type() == QEvent::FocusIn) {
+    if (watched == m_button && event->type() == QEvent::FocusIn && !m_checking) {
+        // Only the user's own move onto the button counts: the focus coming
+        // back when a message box closes must not check (and refuse) again.
+        const Qt::FocusReason reason = static_cast<QFocusEvent *>(event)->reason();
+        if (reason == Qt::ActiveWindowFocusReason || reason == Qt::PopupFocusReason)
+            return QObject::eventFilter(watched, event);
+        m_checking = true;
         m_checkedOnFocus = true;
         m_focusCheckPassed = !m_check || m_check();
+        m_checking = false;
     }
     return QObject::eventFilter(watched, event);
 }

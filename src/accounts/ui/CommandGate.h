@@ -29,6 +29,7 @@ private:
     Work m_work;
     bool m_checkedOnFocus = false;
     bool m_focusCheckPassed = false;
+    bool m_checking = false;
 };
 
 class QValidator;
