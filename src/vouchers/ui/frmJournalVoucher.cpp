@@ -872,6 +872,11 @@ void frmJournalVoucher::saveVoucher()
         cmbPartyName->setFocus();
         return;
     }
+    if (txtVoucherNo->text().trimmed().isEmpty()) {
+        MessageService::critical(this, kNoVoucherNo);
+        txtVoucherNo->setFocus();
+        return;
+    }
     // The date of the rows must be a real, open date, however the focus
     // travelled.
     if (!ValidateDate(mskDate) || !CheckClosingDate(mskDate))
