@@ -31,7 +31,7 @@ int demoCommand(const ConnectionProfile &profile, const QString &name, const QSt
     d.from = d.to.addDays(-364);
     AccountYear::CreateOptions o;
     o.adminPassword = password;
-    o.companyName = company.isEmpty() ? QStringLiteral("CRESCENT PRINTING PRESS") : company;
+    o.companyName = company.isEmpty() ? QStringLiteral("TESSEL DEMO PRESS") : company;
     o.closingDate = d.from.addDays(-1); // the demonstration year is open from its first day
     AccountYear::create(profile, name, o);
     try {
