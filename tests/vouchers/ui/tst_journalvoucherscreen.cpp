@@ -102,6 +102,8 @@ private Q_SLOTS:
     void unbalancedJournalRefused();
     void closeQuestion();
     void wholeVoucherByKeyboard();
+    void databaseFailureKeepsTheVoucher();
+    void chequeSettledBySave();
     void modifyVoucherFromQuestionPanel_data() { TestDb::addBackends(); }
     void modifyVoucherFromQuestionPanel();
 
@@ -362,6 +364,59 @@ void TestJournalVoucherScreen::wholeVoucherByKeyboard()
     QTest::keyClick(m_host->windowHandle(), Qt::Key_S, Qt::AltModifier); // the SAVE button's mnemonic
     QTRY_COMPARE(rec.last().text, QStringLiteral("Voucher has saved successfully"));
     QCOMPARE(session().db().scalar(QStringLiteral("SELECT COUNT(*) FROM tblPartyBalance")).toInt(), 2);
+}
+
+void TestJournalVoucherScreen::databaseFailureKeepsTheVoucher()
+{
+    startYear(QStringLiteral("sqlite"));
+    MessageRecorder rec;
+    frmJournalVoucher *f = m_host->open(QStringLiteral("mnuPCashReceivedVoucher"));
+    typeLine(f, QStringLiteral("CRESCENT TEXTILES"), QStringLiteral("700"));
+    f->cmdNew->click();
+    typeLine(f, QStringLiteral("PAPER HOUSE"), QStringLiteral("50"));
+    f->cmdNew->click();
+    session().db().setStatementHook([](const QString &sql) {
+        if (sql.startsWith(QLatin1String("DELETE FROM tblPartyBalanceEmpty")))
+            throw DbError(QStringLiteral("database or disk is full"), sql);
+    });
+    f->cmdModifyVoucher->click();
+    session().db().setStatementHook({});
+    QCOMPARE(rec.last().text, QStringLiteral("database or disk is full"));
+    QVERIFY(rec.last().isCritical());
+    QCOMPARE(session().db().scalar(QStringLiteral("SELECT COUNT(*) FROM tblPartyBalance")).toInt(), 0);
+    QCOMPARE(gridRows(f), 2);
+    QCOMPARE(f->txtTotalCredit->text(), QStringLiteral("750"));
+    f->cmdModifyVoucher->click(); // the same voucher, once the trouble has passed
+    QCOMPARE(rec.last().text, QStringLiteral("Voucher has saved successfully"));
+    QCOMPARE(session().db().scalar(QStringLiteral("SELECT COUNT(*) FROM tblPartyBalance")).toInt(), 3);
+}
+
+void TestJournalVoucherScreen::chequeSettledBySave()
+{
+    startYear(QStringLiteral("sqlite"));
+    session().db().execute(QStringLiteral("INSERT INTO tblPostDatedCheque (VoucherType, VoucherNo, PartyName, PartyCode, "
+                                          "Description, Status) VALUES ('PD', 12, 'CRESCENT TEXTILES', '17-10-001', "
+                                          "'CHQ 5521', 'POST DATED')"));
+    auto status = [] {
+        return session().db().scalar(QStringLiteral("SELECT Status FROM tblPostDatedCheque")).toString().trimmed();
+    };
+    MessageRecorder rec;
+    frmJournalVoucher *f = m_host->open(QStringLiteral("mnuBankReceivedVoucher"));
+    QCOMPARE(items(f->cmbChequeDesc), QStringList{"CHQ 5521"});
+    f->chkPostDatedCheque->setChecked(true);
+    f->cmbChequeDesc->setEditText(QStringLiteral("CHQ 5521"));
+    QCOMPARE(f->cmbCHQVoucherNo->currentText(), QStringLiteral("12")); // the number follows the description
+    f->cmbDBCR->setCurrentText(QStringLiteral("CR"));
+    typeLine(f, QStringLiteral("CRESCENT TEXTILES"), QStringLiteral("300"));
+    f->cmdNew->click();
+    QCOMPARE(status(), QStringLiteral("POST DATED")); // only a save settles it
+    f->chkPostDatedCheque->setChecked(false);
+    f->cmbDBCR->setCurrentText(QStringLiteral("DR"));
+    typeLine(f, QStringLiteral("CITY BANK"), QStringLiteral("300"));
+    f->cmdNew->click();
+    f->cmdModifyVoucher->click();
+    QCOMPARE(rec.last().text, QStringLiteral("Voucher has saved successfully"));
+    QCOMPARE(status(), QStringLiteral("POSTED"));
 }
 
 void TestJournalVoucherScreen::modifyVoucherFromQuestionPanel()
