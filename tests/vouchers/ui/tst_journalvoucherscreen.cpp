@@ -440,6 +440,7 @@ void TestJournalVoucherScreen::modifyVoucherFromQuestionPanel()
     QVERIFY(f->frOuterVoucherNo->isVisible());
     QVERIFY(!f->frOuterVoucher->isVisible());
     QVERIFY(items(f->cmbModifyVoucherType).contains(QStringLiteral("CP")));
+    shot(m_host.get(), QStringLiteral("voucher-modify-question-") + backend);
 
     f->cmdVoucherNoOkay->click(); // the date is checked as the button is entered
     QCOMPARE(rec.last().text, QStringLiteral("Date is missing, please enter proper date"));
