@@ -20,6 +20,7 @@
 #include <QDir>
 #include <QLineEdit>
 #include <QMainWindow>
+#include <QMessageBox>
 #include <QMdiArea>
 #include <QPushButton>
 #include <QTableView>
@@ -146,6 +147,7 @@ private Q_SLOTS:
     void menuEntries();
     void partyInfoModal_data() { TestDb::addBackends(); }
     void partyInfoModal();
+    void realMessageBoxShownOnce();
 };
 
 void TestAccountScreens::partyInfoLoads()
@@ -728,6 +730,33 @@ void TestAccountScreens::partyInfoModal()
     });
     QCOMPARE(frmPartyInfo::addAccountModal(&owner), QStringLiteral("17-10-004"));
     QCOMPARE(rec.texts(), QStringList{QStringLiteral("Party Info. has added successfully")});
+}
+
+// With real message boxes: a refusal at the save button is shown once,
+// and closing it does not bring it back.
+void TestAccountScreens::realMessageBoxShownOnce()
+{
+    TestDb::Year year(QStringLiteral("sqlite"));
+    SessionScope s(year);
+    frmPartyInfo f;
+    showActive(&f);
+    fillAccount(f, QStringLiteral("17-10-001"), QStringLiteral("NEW"), QStringLiteral("1"));
+    f.mskDate->setMaskText(QStringLiteral("31/04/2026"));
+    QStringList shown;
+    QTimer closer;
+    QObject::connect(&closer, &QTimer::timeout, [&] {
+        if (auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget())) {
+            shown << box->text();
+            box->accept();
+        }
+    });
+    closer.start(30);
+    f.txtBalance->setFocus();
+    QTest::keyClick(f.txtBalance, Qt::Key_Tab);
+    QTest::qWait(400);
+    closer.stop();
+    QCOMPARE(shown, QStringList{QStringLiteral("Wrong date, please enter correct date")});
+    QTRY_COMPARE(f.focusWidget(), f.mskDate);
 }
 
 QTEST_MAIN(TestAccountScreens)
