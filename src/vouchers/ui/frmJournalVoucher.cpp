@@ -414,7 +414,7 @@ void StartVoucherScreen(frmJournalVoucher *f)
     f->mskDate->setDate(session().today.isValid() ? session().today : QDate::currentDate());
     f->txtTotalCredit->clear();
     f->txtTotalDebit->clear();
-    f->txtCCashInHand->clear();
+    f->txtCCashInHand->setText(f->txtPCashInHand->text()); // nothing typed yet: the cash as it stands
     f->rebindGrid();
     f->mskDate->setFocus();
 }

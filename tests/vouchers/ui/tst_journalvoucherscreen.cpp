@@ -150,6 +150,7 @@ void TestJournalVoucherScreen::cashPaymentFromMenuToLedger()
     QCOMPARE(f->txtVoucherNo->text(), QStringLiteral("1"));
     QCOMPARE(f->mskDate->maskText(), QStringLiteral("10/03/2026"));
     QCOMPARE(f->txtPCashInHand->text(), QStringLiteral("0 DR"));
+    QCOMPARE(f->txtCCashInHand->text(), QStringLiteral("0 DR"));
     QCOMPARE(f->cmbDBCR->currentText(), QStringLiteral("DR")); // a payment debits the paid account
     QVERIFY(!items(f->cmbPartyName).contains(QStringLiteral("CASH IN HAND")));
     QVERIFY(f->frOuterVoucher->isVisible());
