@@ -46,10 +46,8 @@ bool MessageService::show(QWidget *parent, Kind kind, const QString &text)
         box.setEscapeButton(QMessageBox::No);
         break;
     }
-    // The field that had the focus gets it back once the box is gone.
-    QWidget *focus = QApplication::focusWidget();
-    const int answer = box.exec();
-    if (focus)
-        focus->setFocus(Qt::OtherFocusReason);
-    return answer == QMessageBox::Yes;
+    // When the box closes, the window gives the focus back to its field
+    // itself (as ActiveWindowFocusReason): checks that run when a button
+    // gets the focus tell that apart from the user moving onto it.
+    return box.exec() == QMessageBox::Yes;
 }
