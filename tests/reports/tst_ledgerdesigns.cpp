@@ -154,29 +154,6 @@ private slots:
         }
         QVERIFY(!payable.rows.isEmpty());
     }
-
-    // The single party's ageing as printed: the worked example.
-    void agingReportPrinted_data() { TestDb::addBackends(); }
-    void agingReportPrinted()
-    {
-        TESSEL_YEAR(year);
-        auto db = year.connect();
-        const QString code = QStringLiteral("17-10-009"), name = QStringLiteral("DELTA PRINTS");
-        LedgerFixture::account(*db, code, name);
-        LedgerFixture::post(*db, "SV", 11, QDate(2026, 1, 5), code, name, "100");
-        LedgerFixture::post(*db, "SV", 12, QDate(2026, 1, 6), code, name, "200");
-        LedgerFixture::post(*db, "SV", 13, QDate(2026, 1, 7), code, name, "300");
-        LedgerFixture::post(*db, "CR", 1, QDate(2026, 1, 8), code, name, "-250");
-        db->setReportPeriod(kYear.from, kYear.to);
-        PartyAgeing::runForParty(*db, code);
-        const RenderedReport r = render(*db, agingReport(name, kYear));
-        QCOMPARE(r.heading, QStringLiteral("AGING REPORT DELTA PRINTS"));
-        const QVector<ReportLine> details = linesOf(r, ReportLine::Kind::Detail);
-        QCOMPARE(details.size(), 2);
-        QCOMPARE(valueAt(r, details.at(0), "TotalDr"), money("300"));
-        QCOMPARE(valueAt(r, details.at(1), "TotalDr"), money("50"));
-        QCOMPARE(valueAt(r, linesOf(r, ReportLine::Kind::Total).first(), "TotalDr"), money("350"));
-    }
 };
 
 QTEST_MAIN(tst_LedgerDesigns)
