@@ -8,7 +8,10 @@
 #include "foundation/ui/ScreenServices.h"
 #include "foundation/ui/frmAboutTessel.h"
 
+#include <QAbstractButton>
 #include <QAction>
+#include <QKeyEvent>
+#include <QMdiSubWindow>
 #include <QCloseEvent>
 #include <QGuiApplication>
 #include <QHBoxLayout>
@@ -76,6 +79,48 @@ frmMDITessel::frmMDITessel(QWidget *parent)
     buildMenus();
     buildSidePanel();
     resize(1200, 760);
+    qApp->installEventFilter(this);
+}
+
+QAbstractButton *frmMDITessel::screenButtonFor(const QKeyEvent *key) const
+{
+    if (key->modifiers() != Qt::AltModifier)
+        return nullptr;
+    const int k = key->key();
+    if (!((k >= Qt::Key_A && k <= Qt::Key_Z) || (k >= Qt::Key_0 && k <= Qt::Key_9)))
+        return nullptr;
+    QMdiSubWindow *sub = m_area->activeSubWindow();
+    QWidget *focus = QApplication::focusWidget();
+    if (!sub || !sub->widget() || !focus || !sub->isAncestorOf(focus))
+        return nullptr;
+    const QKeySequence wanted(QKeyCombination(Qt::AltModifier, Qt::Key(k)));
+    const auto buttons = sub->widget()->findChildren<QAbstractButton *>();
+    for (QAbstractButton *b : buttons) {
+        if (b->isVisibleTo(sub) && b->isEnabled() && QKeySequence::mnemonic(b->text()) == wanted)
+            return b;
+    }
+    return nullptr;
+}
+
+// A screen's own buttons win over the menu bar: Alt+S on a voucher is
+// SAVE, not the STOCK menu. The button takes the focus first, so the
+// checks it runs on focus come before its command, as with the mouse.
+bool frmMDITessel::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::ShortcutOverride || event->type() == QEvent::KeyPress) {
+        auto *key = static_cast<QKeyEvent *>(event);
+        if (QAbstractButton *button = screenButtonFor(key)) {
+            if (event->type() == QEvent::ShortcutOverride) {
+                key->accept();
+                return true;
+            }
+            button->setFocus(Qt::ShortcutFocusReason);
+            if (button->hasFocus() && button->isEnabled())
+                button->click();
+            return true;
+        }
+    }
+    return QMainWindow::eventFilter(watched, event);
 }
 
 void frmMDITessel::buildMenus()

@@ -28,6 +28,9 @@ protected:
 
 // The main window: the menu tree, the side panel PicLeft and the area the
 // screens open in.
+class QAbstractButton;
+class QKeyEvent;
+
 class frmMDITessel : public QMainWindow, public MdiHost
 {
     Q_OBJECT
@@ -61,8 +64,10 @@ Q_SIGNALS:
 
 protected:
     void closeEvent(QCloseEvent *event) override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
+    QAbstractButton *screenButtonFor(const QKeyEvent *key) const;
     void buildMenus();
     void buildSidePanel();
     void showAbout();
