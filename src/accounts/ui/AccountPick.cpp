@@ -7,7 +7,9 @@
 #include "foundation/ui/QueryTableModel.h"
 #include "foundation/ui/ScreenServices.h"
 
+#include <QAbstractItemView>
 #include <QApplication>
+#include <QCompleter>
 #include <QComboBox>
 #include <QFocusEvent>
 #include <QKeyEvent>
@@ -67,8 +69,7 @@ void AccountPick::loadPartyList()
     m_syncing = true;
     LoadPartyList(m_name);
     m_syncing = false;
-    if (m_name->lineEdit())
-        m_name->lineEdit()->installEventFilter(this);
+    watchNameKeys();
 }
 
 void AccountPick::setAccounts(const QueryResult &rows)
@@ -84,8 +85,17 @@ void AccountPick::setAccounts(const QueryResult &rows)
     m_name->setCurrentIndex(-1);
     m_name->setEditText(QString());
     m_syncing = false;
+    watchNameKeys();
+}
+
+// Escape must reach the pick even while the completion list is open: the
+// list would otherwise take the first Escape to close itself.
+void AccountPick::watchNameKeys()
+{
     if (m_name->lineEdit())
         m_name->lineEdit()->installEventFilter(this);
+    if (m_name->completer() && m_name->completer()->popup())
+        m_name->completer()->popup()->installEventFilter(this);
 }
 
 QString AccountPick::code() const { return m_lastCode; }
@@ -172,9 +182,11 @@ void AccountPick::openSearch()
     if (m_ownGrid) {
         QWidget *host = grid->parentWidget();
         const QPoint at = m_name->mapTo(host, QPoint(0, m_name->height() + 2));
-        const int width = qMax(360, qMin(host->width() - at.x() - 8, 2000 / 15 + 10900 / 15 + 24));
+        const int width = qMax(360, qMin(host->width() - 16, 2000 / 15 + 10900 / 15 + 24));
         const int height = qMax(160, qMin(host->height() - at.y() - 8, 280));
-        grid->setGeometry(at.x(), at.y(), width, height);
+        // Under the name field, moved left as far as needed to stay inside the screen.
+        const int x = qMax(8, qMin(at.x(), host->width() - width - 8));
+        grid->setGeometry(x, at.y(), width, height);
     }
     SearchPartyByWords(m_name, grid);
 }
@@ -192,6 +204,15 @@ void AccountPick::pickFromSearch()
 bool AccountPick::eventFilter(QObject *watched, QEvent *event)
 {
     const bool onName = watched == m_name || (m_name && watched == m_name->lineEdit());
+    const bool onList = m_name && m_name->completer() && watched == m_name->completer()->popup();
+    if (onList && event->type() == QEvent::KeyPress) {
+        auto *key = static_cast<QKeyEvent *>(event);
+        if (key->key() == Qt::Key_Escape && key->modifiers() == Qt::NoModifier) {
+            m_name->completer()->popup()->hide();
+            openSearch();
+            return true;
+        }
+    }
     if (onName && event->type() == QEvent::KeyPress) {
         auto *key = static_cast<QKeyEvent *>(event);
         if (key->key() == Qt::Key_Escape && key->modifiers() == Qt::NoModifier) {

@@ -72,6 +72,7 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
+    void watchNameKeys();
     void nameChanged();
     void nameLeft();
     void codeChanged(bool leaving);

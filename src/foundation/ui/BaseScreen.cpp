@@ -161,6 +161,12 @@ QTableView *BaseScreen::addGrid(const QString &objectName)
     return grid;
 }
 
+void BaseScreen::packFields()
+{
+    m_detail->setColumnStretch(m_detail->columnCount(), 1);
+    m_detail->setRowStretch(m_detail->rowCount(), 1);
+}
+
 QPushButton *BaseScreen::addButton(const QString &objectName, const QString &caption)
 {
     auto *b = new QPushButton(caption, frButton);

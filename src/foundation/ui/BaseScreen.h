@@ -65,6 +65,10 @@ public:
     QFrame *buttonFrame() const { return frButton; }
     QFrame *detailFrame() const { return frDetail; }
     QGridLayout *detailLayout() const { return m_detail; }
+    // For a form without a grid: keeps the fields at the top left, their
+    // labels next to them, and gives the space left over to an empty last
+    // column and row. Call once all fields are added.
+    void packFields();
 
     // Called every time the main window opens this screen from the menu,
     // the first time and when it brings an open one forward, after the

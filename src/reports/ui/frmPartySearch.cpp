@@ -45,6 +45,8 @@ frmPartySearch::frmPartySearch(QWidget *parent) : BaseScreen(parent)
 
     cmdLedgerOfAccount = addButton(QStringLiteral("cmdLedgerOfAccount"), QStringLiteral("&SHOW"));
     cmdCancel = addButton(QStringLiteral("cmdCancel"), QStringLiteral("&CANCEL"));
+    packFields();
+    cmbPartyName->setMinimumWidth(380);
 
     m_pick = new AccountPick(cmbPartyName, mskPartyCode, nullptr, this);
     for (QWidget *w : std::initializer_list<QWidget *>{mskDateFrom, mskDateTo})

@@ -112,6 +112,9 @@ frmProfitAndLoss::frmProfitAndLoss(QWidget *parent) : BaseScreen(parent)
     addRow(QString(), frOuterProfitAndLoss);
     addRow(QString(), frOuterCreditList);
     addRow(QString(), frOuterDebitList);
+    packFields();
+    for (QGroupBox *f : {frOuterProfitAndLoss, frOuterCreditList, frOuterDebitList})
+        f->setMinimumWidth(420);
     showOnlyButtons({});
     buttonFrame()->hide(); // each frame has its own buttons
 

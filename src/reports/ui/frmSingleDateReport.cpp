@@ -18,6 +18,7 @@ frmSingleDateReport::frmSingleDateReport(QWidget *parent) : BaseScreen(parent)
     cmdBalanceSheet = addButton(QStringLiteral("cmdBalanceSheet"), QStringLiteral("&BALANCE SHEET"));
     cmdSearch = addButton(QStringLiteral("cmdSearch"), QStringLiteral("&SEARCH"));
     cmdCancel = addButton(QStringLiteral("cmdCancel"), QStringLiteral("&CANCEL"));
+    packFields();
     // A date that names no day would print the sheet of another period.
     m_gate = new CommandGate(cmdBalanceSheet, [this] { return ValidateDate(mskDate); }, [this] { printBalanceSheet(); });
     connect(cmdCancel, &QPushButton::clicked, this, &BaseScreen::closeScreen);

@@ -41,6 +41,7 @@ frmTrialBalance::frmTrialBalance(QWidget *parent) : BaseScreen(parent)
 
     cmdPrintTrialBalance = addButton(QStringLiteral("cmdPrintTrialBalance"), QStringLiteral("&PRINT"));
     cmdCancel = addButton(QStringLiteral("cmdCancel"), QStringLiteral("&CANCEL"));
+    packFields();
     m_gate = new CommandGate(cmdPrintTrialBalance, [this] { return check(); }, [this] { print(); });
     connect(cmdCancel, &QPushButton::clicked, this, &BaseScreen::closeScreen);
 

@@ -25,6 +25,8 @@
 #include <QPushButton>
 #include <QTableView>
 #include <QTimer>
+#include <QAbstractItemView>
+#include <QCompleter>
 #include <QtTest>
 
 namespace {
@@ -498,6 +500,17 @@ void TestAccountScreens::accountPick()
     QCOMPARE(grid->model()->rowCount(), 12);
     QTest::keyClick(grid, Qt::Key_Escape);
     QVERIFY(!grid->isVisible());
+
+    // One Escape opens the search even while the completion list is open.
+    name->setFocus();
+    name->setEditText(QString());
+    QTest::keyClicks(name->lineEdit(), QStringLiteral("PRESS"));
+    QTRY_VERIFY(name->completer()->popup()->isVisible());
+    QTest::keyClick(name->completer()->popup(), Qt::Key_Escape);
+    QVERIFY(grid->isVisible());
+    QCOMPARE(grid->model()->rowCount(), 2);
+    QVERIFY(!name->completer()->popup()->isVisible());
+    QTest::keyClick(grid, Qt::Key_Escape);
 }
 
 void TestAccountScreens::debitCreditScreen()
