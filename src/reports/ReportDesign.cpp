@@ -29,13 +29,13 @@ public:
         throw DesignError(QStringLiteral("%1: %2").arg(QDir::toNativeSeparators(m_origin), what));
     }
 
-    QString identifier(const QJsonValue &v, const QString &where) const
+    QString identifier(const QJsonValue &v, const QString &place) const
     {
         if (!v.isString())
-            fail(QStringLiteral("%1 must be a field name").arg(where));
+            fail(QStringLiteral("%1 must be a field name").arg(place));
         const QString s = v.toString().trimmed();
         if (!identifierRe().match(s).hasMatch())
-            fail(QStringLiteral("%1 \"%2\" is not a field name").arg(where, s));
+            fail(QStringLiteral("%1 \"%2\" is not a field name").arg(place, s));
         return s;
     }
 
@@ -115,10 +115,10 @@ public:
         return v.toArray();
     }
 
-    QJsonObject object(const QJsonValue &v, const QString &where) const
+    QJsonObject object(const QJsonValue &v, const QString &place) const
     {
         if (!v.isObject())
-            fail(QStringLiteral("%1 must be an object").arg(where));
+            fail(QStringLiteral("%1 must be an object").arg(place));
         return v.toObject();
     }
 
@@ -270,14 +270,14 @@ ReportDesign parseDesign(const QByteArray &json, const QString &origin)
     }
 
     // Every summed field must have a column to print under.
-    auto checkSums = [&](const QStringList &sums, const QString &where) {
+    auto checkSums = [&](const QStringList &sums, const QString &place) {
         for (const QString &s : sums) {
             const int i = d.columnIndex(s);
             if (i < 0)
-                r.fail(QStringLiteral("%1 sums \"%2\", which is not a column").arg(where, s));
+                r.fail(QStringLiteral("%1 sums \"%2\", which is not a column").arg(place, s));
             const FieldFormat f = d.columns.at(i).format;
             if (f == FieldFormat::Text || f == FieldFormat::Date)
-                r.fail(QStringLiteral("%1 sums \"%2\", which is not a number column").arg(where, s));
+                r.fail(QStringLiteral("%1 sums \"%2\", which is not a number column").arg(place, s));
         }
     };
     for (const DesignGroup &g : d.groups)

@@ -461,7 +461,8 @@ RenderedReport ReportFrame::render(SessionConnection &db, const ReportRequest &r
 
     // The source's columns, to check every field named by the design and
     // the selection before anything is read.
-    const QueryResult probe = db.select(QStringLiteral("SELECT * FROM %1 WHERE 1 = 0").arg(source));
+    // `source` is a checked identifier (above); values only ever go in bound.
+    const QueryResult probe = db.select(QStringLiteral("SELECT * FROM ") + source + QStringLiteral(" WHERE 1 = 0"));
     QSet<QString> have;
     for (const QString &c : probe.columns)
         have.insert(c.toLower());
@@ -476,7 +477,7 @@ RenderedReport ReportFrame::render(SessionConnection &db, const ReportRequest &r
         if (!ident.match(c.field).hasMatch() || !have.contains(c.field.toLower()))
             throw DesignError(QStringLiteral("The selection names the field \"%1\", which is not in the source \"%2\"")
                                   .arg(c.field, source));
-        where << QStringLiteral("%1 %2 ?").arg(c.field, c.opText());
+        where << c.field + QLatin1Char(' ') + c.opText() + QStringLiteral(" ?");
         params << c.value;
     }
     QStringList order;
@@ -488,7 +489,7 @@ RenderedReport ReportFrame::render(SessionConnection &db, const ReportRequest &r
                                   .arg(QDir::toNativeSeparators(d.origin), o, source));
         order << o;
     }
-    QString sql = QStringLiteral("SELECT * FROM %1").arg(source);
+    QString sql = QStringLiteral("SELECT * FROM ") + source;
     if (!where.isEmpty())
         sql += QStringLiteral(" WHERE ") + where.join(QStringLiteral(" AND "));
     if (!order.isEmpty())

@@ -206,8 +206,10 @@ void TestSession::statementHookFailsMidway()
     bool threw = false;
     try {
         Transaction tx(*db);
-        for (int i = 0; i < 5; ++i)
-            db->execute(QStringLiteral("INSERT INTO tblTitleName (TitleName) VALUES (?)"), {QStringLiteral("T%1").arg(i)});
+        for (int i = 0; i < 5; ++i) {
+            const QString title = QStringLiteral("T") + QString::number(i);
+            db->execute(QStringLiteral("INSERT INTO tblTitleName (TitleName) VALUES (?)"), {title});
+        }
         tx.commit();
     } catch (const DbError &e) {
         threw = true;

@@ -13,7 +13,11 @@ namespace {
 
 Money total(SessionConnection &db, const QString &view, const QString &column, const QString &where = QString())
 {
-    return sum(db, QStringLiteral("SELECT SUM(%1) FROM %2%3").arg(column, view, where.isEmpty() ? QString() : QStringLiteral(" WHERE ") + where));
+    // The view, column and condition are the test's own fixed texts.
+    QString sql = QStringLiteral("SELECT SUM(") + column + QStringLiteral(") FROM ") + view;
+    if (!where.isEmpty())
+        sql += QStringLiteral(" WHERE ") + where;
+    return sum(db, sql);
 }
 
 qint64 count(SessionConnection &db, const QString &view)

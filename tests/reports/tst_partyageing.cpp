@@ -11,11 +11,11 @@ namespace {
 
 // "SV 11 100" is invoice 11 of 100 debited; "CR 1 -250" a receipt of 250.
 // Postings are given in date order, a day apart.
-QVector<PartyAgeing::Posting> postings(const QStringList &spec)
+QVector<PartyAgeing::Posting> postings(const QStringList &rows)
 {
     QVector<PartyAgeing::Posting> out;
     qint64 srNo = 0;
-    for (const QString &s : spec) {
+    for (const QString &s : rows) {
         const QStringList f = s.split(QLatin1Char(' '));
         PartyAgeing::Posting p;
         p.srNo = ++srNo;
@@ -68,7 +68,7 @@ class tst_PartyAgeing : public QObject
 private slots:
     void compute_data()
     {
-        QTest::addColumn<QStringList>("spec");
+        QTest::addColumn<QStringList>("rows");
         QTest::addColumn<QString>("running");
         QTest::addColumn<QStringList>("left");
 
@@ -97,10 +97,10 @@ private slots:
 
     void compute()
     {
-        QFETCH(QStringList, spec);
+        QFETCH(QStringList, rows);
         QFETCH(QString, running);
         QFETCH(QStringList, left);
-        const PartyAgeing::Result r = PartyAgeing::compute(postings(spec));
+        const PartyAgeing::Result r = PartyAgeing::compute(postings(rows));
         QCOMPARE(r.runningBalance, money(running));
         QCOMPARE(outstanding(r.lines), left);
     }
@@ -138,7 +138,7 @@ private slots:
     void nothingOwed_data()
     {
         QTest::addColumn<QString>("backend");
-        QTest::addColumn<QStringList>("spec");
+        QTest::addColumn<QStringList>("rows");
         for (const char *backend : {"sqlite", "postgres"}) {
             const QString b = QString::fromLatin1(backend);
             QTest::newRow(qPrintable(b + QStringLiteral(" in credit")))
@@ -152,12 +152,12 @@ private slots:
     }
     void nothingOwed()
     {
-        QFETCH(QStringList, spec);
+        QFETCH(QStringList, rows);
         TESSEL_YEAR(year);
         auto db = year.connect();
         LedgerFixture::account(*db, kParty, kName);
         int day = 1;
-        for (const PartyAgeing::Posting &p : postings(spec))
+        for (const PartyAgeing::Posting &p : postings(rows))
             post(*db, p.voucherType, p.voucherNo, QDate(2026, 1, day++), kParty, kName,
                  (p.partyDR - p.partyCR).toPlainString());
         db->setReportPeriod(QDate(2026, 1, 1), QDate(2026, 12, 31));
