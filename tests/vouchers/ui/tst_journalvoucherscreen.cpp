@@ -95,6 +95,7 @@ private Q_SLOTS:
     void cleanup();
     void cashPaymentFromMenuToLedger_data() { TestDb::addBackends(); }
     void cashPaymentFromMenuToLedger();
+    void cashReceipt();
     void bankVoucherSwitchedToJournal_data() { TestDb::addBackends(); }
     void bankVoucherSwitchedToJournal();
     void lineRefusals_data();
@@ -192,6 +193,31 @@ void TestJournalVoucherScreen::cashPaymentFromMenuToLedger()
     f->cmdModifyVoucher->click();
     QCOMPARE(rec.last().text, QStringLiteral("No entry is till entered, so data can not be saved"));
     QVERIFY(rec.last().isCritical());
+}
+
+void TestJournalVoucherScreen::cashReceipt()
+{
+    startYear(QStringLiteral("sqlite"));
+    MessageRecorder rec;
+    frmJournalVoucher *f = m_host->open(QStringLiteral("mnuPCashReceivedVoucher"));
+    QCOMPARE(items(f->cmbVoucherType), QStringList{"CR"});
+    QCOMPARE(f->cmbDBCR->currentText(), QStringLiteral("CR")); // a receipt credits the paying party
+    typeLine(f, QStringLiteral("CRESCENT TEXTILES"), QStringLiteral("750.25"), QStringLiteral("AGAINST BILL 12"));
+    f->cmdNew->click();
+    typeLine(f, QStringLiteral("CRESCENT TEXTILES"), QStringLiteral("249.75"), QStringLiteral("AGAINST BILL 13"));
+    f->cmdNew->click();
+    QCOMPARE(f->txtTotalCredit->text(), QStringLiteral("1000"));
+    f->cmdModifyVoucher->click();
+    QCOMPARE(rec.last().text, QStringLiteral("Voucher has saved successfully"));
+    const QueryResult rows = session().db().select(QStringLiteral(
+        "SELECT VoucherType, VoucherNo, PartyCode, PartyDR, PartyCR, PartyBalance FROM tblPartyBalance ORDER BY SrNo"));
+    QCOMPARE(rows.size(), 3);
+    QCOMPARE(rows.at(0).text("VoucherType").trimmed(), QStringLiteral("CR"));
+    QCOMPARE(rows.at(0).moneyOrZero("PartyBalance"), -*Money::parse("750.25"));
+    QCOMPARE(rows.at(2).text("PartyCode").trimmed(), QStringLiteral("19-10-001")); // the cash row comes last
+    QCOMPARE(rows.at(2).moneyOrZero("PartyDR"), Money::fromUnits(1000));
+    QCOMPARE(f->txtPCashInHand->text(), QStringLiteral("1000 DR"));
+    QCOMPARE(f->txtVoucherNo->text(), QStringLiteral("2"));
 }
 
 void TestJournalVoucherScreen::bankVoucherSwitchedToJournal()
