@@ -50,15 +50,26 @@ private:
 
 QString uniqueName(const QString &prefix = QStringLiteral("Tessel_t"));
 
+// The first column of the first row as a count (a SELECT COUNT(*)).
+inline int count(SessionConnection &db, const QString &sql, const QVariantList &params = {})
+{
+    return int(db.scalar(sql, params).toLongLong());
+}
+
 } // namespace TestDb
 
-// Declares `var`, a fresh year on the row's backend, skipping the row when
-// its server is not there.
-#define TESSEL_YEAR(var)                                                                          \
+// Declares `backend` from the row's column, skipping the row when its
+// server is not there (failing instead under TESSEL_REQUIRE_PG).
+#define TESSEL_BACKEND()                                                                          \
     QFETCH(QString, backend);                                                                     \
     if (backend == QLatin1String("postgres") && !TestDb::postgresConfigured()) {                  \
         if (TestDb::postgresRequired())                                                           \
             QFAIL("TESSEL_REQUIRE_PG is set but no PostgreSQL test server is configured");        \
         QSKIP("no PostgreSQL test server (run the test script)");                                 \
-    }                                                                                             \
+    }
+
+// Declares `var`, a fresh year on the row's backend, skipping the row as
+// TESSEL_BACKEND does.
+#define TESSEL_YEAR(var)                                                                          \
+    TESSEL_BACKEND()                                                                              \
     TestDb::Year var(backend)

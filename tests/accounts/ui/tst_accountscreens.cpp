@@ -3,6 +3,7 @@
 // checks and their words, where the focus goes, and the rows written.
 #include "support/TestDb.h"
 #include "support/ui/MessageRecorder.h"
+#include "support/ui/ScreenKit.h"
 
 #include "accounts/AccountRules.h"
 #include "accounts/ui/AccountPick.h"
@@ -17,17 +18,17 @@
 
 #include <QApplication>
 #include <QComboBox>
-#include <QDir>
 #include <QLineEdit>
-#include <QMainWindow>
 #include <QMessageBox>
-#include <QMdiArea>
 #include <QPushButton>
 #include <QTableView>
 #include <QTimer>
 #include <QAbstractItemView>
 #include <QCompleter>
 #include <QtTest>
+
+using namespace ScreenKit;
+using TestDb::count;
 
 namespace {
 
@@ -53,43 +54,6 @@ struct SessionScope
     SessionConnection &db() { return session().db(); }
 };
 
-template <class T>
-T *child(QWidget *w, const char *name)
-{
-    T *c = w->findChild<T *>(QString::fromLatin1(name));
-    if (!c)
-        qWarning("no child %s", name);
-    return c;
-}
-
-void showActive(QWidget *w)
-{
-    w->resize(960, 600);
-    w->show();
-    QApplication::setActiveWindow(w);
-    QVERIFY(QTest::qWaitForWindowActive(w));
-}
-
-void shoot(QWidget *w, const QString &name)
-{
-    const QString dir = qEnvironmentVariable("TESSEL_SCREENSHOT_DIR");
-    if (dir.isEmpty())
-        return;
-    QDir().mkpath(dir);
-    QApplication::processEvents();
-    w->grab().save(dir + QLatin1Char('/') + name + QStringLiteral(".png"));
-}
-
-int count(SessionConnection &db, const QString &sql, const QVariantList &p = {})
-{
-    return int(db.scalar(sql, p).toLongLong());
-}
-
-void click(QPushButton *b)
-{
-    QTest::mouseClick(b, Qt::LeftButton);
-}
-
 // Fills the account screen with one account.
 void fillAccount(frmPartyInfo &f, const QString &code, const QString &name, const QString &balance)
 {
@@ -97,25 +61,6 @@ void fillAccount(frmPartyInfo &f, const QString &code, const QString &name, cons
     f.txtPartyName->setText(name);
     f.txtBalance->setText(balance);
 }
-
-// A main window for the menu handlers to open screens in.
-class Host : public MdiHost
-{
-public:
-    Host()
-    {
-        m_area = new QMdiArea(&m_window);
-        m_window.setCentralWidget(m_area);
-        m_window.resize(1100, 720);
-        m_window.show();
-    }
-    QMdiArea *mdiArea() const override { return m_area; }
-    QMainWindow *mainWindow() override { return &m_window; }
-
-private:
-    QMainWindow m_window;
-    QMdiArea *m_area;
-};
 
 } // namespace
 
