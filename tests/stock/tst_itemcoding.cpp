@@ -34,10 +34,8 @@ class TestItemCoding : public QObject
 {
     Q_OBJECT
 private Q_SLOTS:
-    void addRefusals_data();
-    void addRefusals();
-    void modifyRefusals_data();
-    void modifyRefusals();
+    void refusals_data();
+    void refusals();
     void modifyRewritesByOldCode_data() { TestDb::addBackends(); }
     void modifyRewritesByOldCode();
     void hints_data() { TestDb::addBackends(); }
@@ -45,33 +43,50 @@ private Q_SLOTS:
     void duplicateFromAnotherWorkstation();
 };
 
-void TestItemCoding::addRefusals_data()
+void TestItemCoding::refusals_data()
 {
     QTest::addColumn<QString>("backend");
+    QTest::addColumn<bool>("modify"); // else a new item
     QTest::addColumn<QString>("code");
     QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("message");
     for (const char *b : {"sqlite", "postgres"}) {
-        const QByteArray p = QByteArray(b) + ": ";
-        QTest::newRow(p + "empty name first") << b << "__-__-___" << "  " << Msg::nameMissing();
-        QTest::newRow(p + "empty code") << b << "__-__-___" << "NEW ITEM" << Msg::codeMissing();
+        const QByteArray p = QByteArray(b) + ": add, ";
+        QTest::newRow(p + "empty name first") << b << false << "__-__-___" << "  " << Msg::nameMissing();
+        QTest::newRow(p + "empty code") << b << false << "__-__-___" << "NEW ITEM" << Msg::codeMissing();
         // Adding tests only for the fully empty mask.
-        QTest::newRow(p + "partly typed code passes") << b << "30-1_-___" << "NEW ITEM" << Msg::added();
-        QTest::newRow(p + "code taken") << b << "10-01-001" << "NEW ITEM" << Msg::codeExists();
-        QTest::newRow(p + "name taken") << b << "10-01-009" << "ART PAPER 80G" << Msg::nameExists();
-        QTest::newRow(p + "name taken, trailing blanks") << b << "10-01-009" << "ART PAPER 80G  " << Msg::nameExists();
-        QTest::newRow(p + "new") << b << "10-01-003" << "ART PAPER 120G" << Msg::added();
+        QTest::newRow(p + "partly typed code passes") << b << false << "30-1_-___" << "NEW ITEM" << Msg::added();
+        QTest::newRow(p + "code taken") << b << false << "10-01-001" << "NEW ITEM" << Msg::codeExists();
+        QTest::newRow(p + "name taken") << b << false << "10-01-009" << "ART PAPER 80G" << Msg::nameExists();
+        QTest::newRow(p + "name taken, trailing blanks") << b << false << "10-01-009" << "ART PAPER 80G  " << Msg::nameExists();
+        QTest::newRow(p + "new") << b << false << "10-01-003" << "ART PAPER 120G" << Msg::added();
+        const QByteArray q = QByteArray(b) + ": modify, ";
+        QTest::newRow(q + "unchanged passes") << b << true << "10-01-001" << "ART PAPER 80G" << Msg::modified();
+        QTest::newRow(q + "empty name") << b << true << "10-01-001" << "" << Msg::nameMissing();
+        QTest::newRow(q + "empty code") << b << true << "__-__-___" << "ART PAPER 80G" << Msg::codeMissing();
+        // Changing refuses any place left blank.
+        QTest::newRow(q + "partly typed code") << b << true << "10-01-00_" << "ART PAPER 80G" << Msg::codeIncomplete();
+        QTest::newRow(q + "another item's code") << b << true << "10-01-002" << "ART PAPER 80G" << Msg::codeExistsOnModify();
+        QTest::newRow(q + "another item's name") << b << true << "10-01-001" << "OFFSET INK BLACK" << Msg::nameExistsOnModify();
+        QTest::newRow(q + "new code and name") << b << true << "10-02-001" << "ART CARD 300G" << Msg::modified();
     }
 }
 
-void TestItemCoding::addRefusals()
+void TestItemCoding::refusals()
 {
     TESSEL_YEAR(year);
+    QFETCH(bool, modify);
     QFETCH(QString, code);
     QFETCH(QString, name);
     QFETCH(QString, message);
     auto db = year.connect();
     addBase(*db);
+    if (modify) {
+        const Outcome o = ItemCoding::modify(*db, "10-01-001", "ART PAPER 80G", item(code, name, 1300, 1600), "CLERK", kEntry);
+        QCOMPARE(o.message, message);
+        QCOMPARE(ItemCoding::itemByCode(*db, "10-01-001").has_value(), !o.ok || code == "10-01-001");
+        return;
+    }
     const Outcome o = ItemCoding::add(*db, item(code, name, 999, 1001), "CLERK", kEntry);
     QCOMPARE(o.message, message);
     const int rows = int(db->scalar("SELECT COUNT(*) FROM tblItemCoding").toLongLong());
@@ -84,38 +99,6 @@ void TestItemCoding::addRefusals()
         QCOMPARE(i->saleRate, Money::fromCents(1001));
         QCOMPARE(i->unitType, QStringLiteral("UNIT"));
     }
-}
-
-void TestItemCoding::modifyRefusals_data()
-{
-    QTest::addColumn<QString>("backend");
-    QTest::addColumn<QString>("code");
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QString>("message");
-    for (const char *b : {"sqlite", "postgres"}) {
-        const QByteArray p = QByteArray(b) + ": ";
-        QTest::newRow(p + "unchanged passes") << b << "10-01-001" << "ART PAPER 80G" << Msg::modified();
-        QTest::newRow(p + "empty name") << b << "10-01-001" << "" << Msg::nameMissing();
-        QTest::newRow(p + "empty code") << b << "__-__-___" << "ART PAPER 80G" << Msg::codeMissing();
-        // Changing refuses any place left blank.
-        QTest::newRow(p + "partly typed code") << b << "10-01-00_" << "ART PAPER 80G" << Msg::codeIncomplete();
-        QTest::newRow(p + "another item's code") << b << "10-01-002" << "ART PAPER 80G" << Msg::codeExistsOnModify();
-        QTest::newRow(p + "another item's name") << b << "10-01-001" << "OFFSET INK BLACK" << Msg::nameExistsOnModify();
-        QTest::newRow(p + "new code and name") << b << "10-02-001" << "ART CARD 300G" << Msg::modified();
-    }
-}
-
-void TestItemCoding::modifyRefusals()
-{
-    TESSEL_YEAR(year);
-    QFETCH(QString, code);
-    QFETCH(QString, name);
-    QFETCH(QString, message);
-    auto db = year.connect();
-    addBase(*db);
-    const Outcome o = ItemCoding::modify(*db, "10-01-001", "ART PAPER 80G", item(code, name, 1300, 1600), "CLERK", kEntry);
-    QCOMPARE(o.message, message);
-    QCOMPARE(ItemCoding::itemByCode(*db, "10-01-001").has_value(), !o.ok || code == "10-01-001");
 }
 
 void TestItemCoding::modifyRewritesByOldCode()
