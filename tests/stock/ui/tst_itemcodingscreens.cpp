@@ -2,6 +2,7 @@
 // screen's checks and words, the hints, and the rows written.
 #include "support/TestDb.h"
 #include "support/ui/MessageRecorder.h"
+#include "support/ui/ScreenKit.h"
 
 #include "foundation/Session.h"
 #include "foundation/ui/MaskedLineEdit.h"
@@ -10,13 +11,16 @@
 
 #include <QApplication>
 #include <QComboBox>
-#include <QDir>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTableView>
 #include <QtTest>
 
+using ScreenKit::shoot;
+
 namespace {
+
+void showActive(QWidget *w) { ScreenKit::showActive(w, QSize(900, 560)); }
 
 struct SessionScope
 {
@@ -36,24 +40,6 @@ struct SessionScope
     ~SessionScope() { session().connection.reset(); }
     SessionConnection &db() { return session().db(); }
 };
-
-void showActive(QWidget *w)
-{
-    w->resize(900, 560);
-    w->show();
-    QApplication::setActiveWindow(w);
-    QVERIFY(QTest::qWaitForWindowActive(w));
-}
-
-void shoot(QWidget *w, const QString &name)
-{
-    const QString dir = qEnvironmentVariable("TESSEL_SCREENSHOT_DIR");
-    if (dir.isEmpty())
-        return;
-    QDir().mkpath(dir);
-    QApplication::processEvents();
-    w->grab().save(dir + QLatin1Char('/') + name + QStringLiteral(".png"));
-}
 
 } // namespace
 
