@@ -4,11 +4,11 @@
 #include "foundation/ui/frmAboutTessel.h"
 #include "support/TestDb.h"
 #include "support/ui/MessageRecorder.h"
+#include "support/ui/ScreenKit.h"
 
 #include <QAction>
 #include <QApplication>
 #include <QComboBox>
-#include <QDir>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMdiArea>
@@ -41,6 +41,8 @@ private Q_SLOTS:
     void menuEntries();
 };
 
+using ScreenKit::shoot;
+
 namespace {
 
 AppSettings settingsFor(const ConnectionProfile &profile)
@@ -57,15 +59,6 @@ T *child(QWidget *w, const char *name)
     if (!c)
         qWarning("no %s", name);
     return c;
-}
-
-void shoot(QWidget *w, const QString &name)
-{
-    const QString dir = qEnvironmentVariable("TESSEL_SCREENSHOT_DIR");
-    if (dir.isEmpty() || !w)
-        return;
-    QDir().mkpath(dir);
-    w->grab().save(dir + QLatin1Char('/') + name + QStringLiteral(".png"));
 }
 
 // Picks the year and presses the button: the log-on comes up.
@@ -89,6 +82,16 @@ void typeLogOn(frmLogOn *logOn, const QString &user, const QString &password)
     child<QLineEdit>(logOn, "txtPassword")->setText(password);
     QTRY_VERIFY(child<QPushButton>(logOn, "cmdLogOn")->isEnabled());
     QTest::mouseClick(child<QPushButton>(logOn, "cmdLogOn"), Qt::LeftButton);
+}
+
+// The whole way in: the year, the log-on, and the main window shown.
+frmMDITessel *logIn(StartupFlow &flow, const TestDb::Year &year, const QString &user, const QString &password)
+{
+    if (!reachLogOn(flow, year))
+        return nullptr;
+    typeLogOn(flow.logOn(), user, password);
+    auto shown = [&] { return flow.mainWindow() && flow.mainWindow()->isVisible(); };
+    return QTest::qWaitFor(shown, 5000) ? flow.mainWindow() : nullptr;
 }
 
 void addUser(SessionConnection &db, const QString &name, const QString &password, const QString &type)
@@ -313,9 +316,7 @@ void TestStartup::commonUserLosesPanel()
     }
     MessageRecorder rec;
     StartupFlow flow(settingsFor(year.profile()));
-    QVERIFY(reachLogOn(flow, year));
-    typeLogOn(flow.logOn(), QStringLiteral("CLERK"), QStringLiteral("ink"));
-    QTRY_VERIFY(flow.mainWindow() && flow.mainWindow()->isVisible());
+    QVERIFY(logIn(flow, year, QStringLiteral("CLERK"), QStringLiteral("ink")));
     const QStringList labels = {"lblAccounts", "lblCashBook", "lblCashPaid", "lblCashReceived", "lblDC", "lblHelp",
                                 "lblInvoice", "lblLedgerOfAccount", "lblPassword", "lblPayable", "lblPO",
                                 "lblReceivable", "lblSale", "lblSaleRegister", "lblSummary"};
@@ -339,10 +340,8 @@ void TestStartup::rightsSwitchEntriesOff()
     }
     MessageRecorder rec;
     StartupFlow flow(settingsFor(year.profile()));
-    QVERIFY(reachLogOn(flow, year));
-    typeLogOn(flow.logOn(), QStringLiteral("ADMIN"), QStringLiteral("secret"));
-    QTRY_VERIFY(flow.mainWindow() && flow.mainWindow()->isVisible());
-    frmMDITessel *main = flow.mainWindow();
+    frmMDITessel *main = logIn(flow, year, QStringLiteral("ADMIN"), QStringLiteral("secret"));
+    QVERIFY(main);
 
     QVERIFY(!main->menuAction(QStringLiteral("mnuATessel"))->isEnabled());
     QVERIFY(!main->menuAction(QStringLiteral("mnuAccount"))->isEnabled());
@@ -385,9 +384,7 @@ void TestStartup::quitAsksFirst()
     MessageRecorder rec;
     StartupFlow flow(settingsFor(year.profile()));
     QSignalSpy finished(&flow, &StartupFlow::finished);
-    QVERIFY(reachLogOn(flow, year));
-    typeLogOn(flow.logOn(), QStringLiteral("ADMIN"), QStringLiteral("secret"));
-    QTRY_VERIFY(flow.mainWindow() && flow.mainWindow()->isVisible());
+    QVERIFY(logIn(flow, year, QStringLiteral("ADMIN"), QStringLiteral("secret")));
 
     rec.answerNext(false);
     QVERIFY(!flow.mainWindow()->close());
@@ -408,10 +405,8 @@ void TestStartup::aboutAndEmptyEntry()
     SessionGuard guard;
     MessageRecorder rec;
     StartupFlow flow(settingsFor(year.profile()));
-    QVERIFY(reachLogOn(flow, year));
-    typeLogOn(flow.logOn(), QStringLiteral("ADMIN"), QStringLiteral("secret"));
-    QTRY_VERIFY(flow.mainWindow() && flow.mainWindow()->isVisible());
-    frmMDITessel *main = flow.mainWindow();
+    frmMDITessel *main = logIn(flow, year, QStringLiteral("ADMIN"), QStringLiteral("secret"));
+    QVERIFY(main);
 
     // SHOW DB/CR ACCOUNTS is there, enabled, and does nothing.
     QAction *empty = main->menuAction(QStringLiteral("mnuPShowDBCRAccounts"));
@@ -438,117 +433,92 @@ void TestStartup::menuEntries_data()
     QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("caption");
     QTest::addColumn<QString>("parent");
-    QTest::newRow("mnuAccount") << "mnuAccount" << "&ACCOUNT" << "";
-    QTest::newRow("mnuPPartyInfo") << "mnuPPartyInfo" << "CREATE ACCOUNT" << "mnuAccount";
-    QTest::newRow("mnuPModifyPartyInfo") << "mnuPModifyPartyInfo" << "MODIFY ACCOUNT" << "mnuAccount";
-    QTest::newRow("mnuEnterVoucher") << "mnuEnterVoucher" << "ENTER VOUCHER" << "mnuAccount";
-    QTest::newRow("mnuPJournalVoucher") << "mnuPJournalVoucher" << "JOURNAL VOUCHER" << "mnuEnterVoucher";
-    QTest::newRow("mnuPCashPaidVoucher") << "mnuPCashPaidVoucher" << "CASH PAID VOUCHER" << "mnuEnterVoucher";
-    QTest::newRow("mnuPCashReceivedVoucher") << "mnuPCashReceivedVoucher" << "CASH RECEIVED VOUCHER" << "mnuEnterVoucher";
-    QTest::newRow("mnuBankPaidVoucher") << "mnuBankPaidVoucher" << "BANK PAID VOUCHER" << "mnuEnterVoucher";
-    QTest::newRow("mnuBankReceivedVoucher") << "mnuBankReceivedVoucher" << "BANK RECEIVED VOUCHER" << "mnuEnterVoucher";
-    QTest::newRow("mnuPModifyJournalVoucher") << "mnuPModifyJournalVoucher" << "MODIFY VOUCHER" << "mnuAccount";
-    QTest::newRow("mnuPostDatedCheque") << "mnuPostDatedCheque" << "POST DATED CHEQUE" << "mnuAccount";
-    QTest::newRow("mnuModifyPostDatedCheque") << "mnuModifyPostDatedCheque" << "MODIFY POST DATED CHEQUE" << "mnuAccount";
-    QTest::newRow("mnuPDebitCreditAccount") << "mnuPDebitCreditAccount" << "DEBIT/CREDIT ACCOUNT" << "mnuAccount";
-    QTest::newRow("mnuPShowDBCRAccounts") << "mnuPShowDBCRAccounts" << "SHOW DB/CR ACCOUNTS" << "mnuAccount";
-    QTest::newRow("mnuPChartOfAccount") << "mnuPChartOfAccount" << "CHART OF ACCOUNT" << "mnuAccount";
-    QTest::newRow("mnuChartOfAccountByAccount") << "mnuChartOfAccountByAccount" << "ACCOUNT WISE" << "mnuPChartOfAccount";
-    QTest::newRow("mnuChartOfAccountByName") << "mnuChartOfAccountByName" << "NAME WISE" << "mnuPChartOfAccount";
-    QTest::newRow("mnuPTrialBalance") << "mnuPTrialBalance" << "PARTY BALANCES" << "mnuAccount";
-    QTest::newRow("mnuPOpeningBalance") << "mnuPOpeningBalance" << "OPENING BALANCE" << "mnuPTrialBalance";
-    QTest::newRow("mnuPModifyBalance") << "mnuPModifyBalance" << "MODIFY BALANCE" << "mnuPTrialBalance";
-    QTest::newRow("mnuPPrintParty") << "mnuPPrintParty" << "VIEW / PRINT REPORTS" << "";
-    QTest::newRow("mnuPrintVoucher") << "mnuPrintVoucher" << "PRINT VOUCHER" << "mnuPPrintParty";
-    QTest::newRow("mnuCashAndBanks") << "mnuCashAndBanks" << "CASH AND BANKS" << "mnuPPrintParty";
-    QTest::newRow("mnuCashBookBetweenTwoDates") << "mnuCashBookBetweenTwoDates" << "CASH BOOK BETWEEN TWO DATES" << "mnuCashAndBanks";
-    QTest::newRow("mnuCashAndBankUptoDate") << "mnuCashAndBankUptoDate" << "UPTO DATE" << "mnuCashAndBanks";
-    QTest::newRow("mnuVoucherListing") << "mnuVoucherListing" << "VOUCHER LISTING" << "mnuPPrintParty";
-    QTest::newRow("mnuRecordTracking") << "mnuRecordTracking" << "RECORD TRACKING" << "mnuPPrintParty";
-    QTest::newRow("mnuPrintPostDatedCheque") << "mnuPrintPostDatedCheque" << "POST DATED CHEQUE" << "mnuPPrintParty";
-    QTest::newRow("mnuPPDebitList") << "mnuPPDebitList" << "DEBIT LIST / RECEIVABLE" << "mnuPPrintParty";
-    QTest::newRow("mnuPPCreditList") << "mnuPPCreditList" << "CREDIT LIST / PAYABALE" << "mnuPPrintParty";
-    QTest::newRow("mnuTrialBalance") << "mnuTrialBalance" << "TRIAL BALANCE" << "mnuPPrintParty";
-    QTest::newRow("mnuPPBalanceSheet") << "mnuPPBalanceSheet" << "BALANCE SHEET" << "mnuPPrintParty";
-    QTest::newRow("mnuBalanceSheetSingleDate") << "mnuBalanceSheetSingleDate" << "BALANCE SHEET SINGLE DATE" << "mnuPPrintParty";
-    QTest::newRow("mnuPartyPosition") << "mnuPartyPosition" << "PARTY POSITION" << "mnuPPrintParty";
-    QTest::newRow("mnuPartyPositionSingleDate") << "mnuPartyPositionSingleDate" << "PARTY POSITION SINGLE DATE" << "mnuPPrintParty";
-    QTest::newRow("mnuPPLedgerOfAccount") << "mnuPPLedgerOfAccount" << "LEDGER OF ACCOUNT" << "mnuPPrintParty";
-    QTest::newRow("mnuPPLedgerOfAccountVW") << "mnuPPLedgerOfAccountVW" << "LEDGER OF ACCOUNT VOUCHER WISE" << "mnuPPrintParty";
-    QTest::newRow("mnuProfitAndLoss") << "mnuProfitAndLoss" << "PROFIT AND LOSS" << "mnuPPrintParty";
-    QTest::newRow("mnuRecoveryReports") << "mnuRecoveryReports" << "RECOVERY REPORTS" << "mnuPPrintParty";
-    QTest::newRow("mnuComparisonReports") << "mnuComparisonReports" << "COMPARISON REPORTS" << "mnuPPrintParty";
-    QTest::newRow("mnuMonthlyExpenseReport") << "mnuMonthlyExpenseReport" << "MONTHLY EXPENSE REPORT" << "mnuComparisonReports";
-    QTest::newRow("mnuMonthlyProfitAndLossReport") << "mnuMonthlyProfitAndLossReport" << "MONTHLY PROFIT AND LOSS REPORT" << "mnuComparisonReports";
-    QTest::newRow("mnuAgingReport") << "mnuAgingReport" << "AGING REPORT" << "mnuPPrintParty";
-    QTest::newRow("mnuItemCoding") << "mnuItemCoding" << "ITEM CODING" << "";
-    QTest::newRow("mnuEnterItemCoding") << "mnuEnterItemCoding" << "ENTER ITEM CODING" << "mnuItemCoding";
-    QTest::newRow("mnuModifyItemCoding") << "mnuModifyItemCoding" << "MODIFY ITEM CODING" << "mnuItemCoding";
-    QTest::newRow("mnuViewItemCoding") << "mnuViewItemCoding" << "VIEW ITEM CODING" << "mnuItemCoding";
-    QTest::newRow("mnuPurchaseOrder") << "mnuPurchaseOrder" << "PURCHASE ORDER" << "";
-    QTest::newRow("mnuEnterPurchaseOrder") << "mnuEnterPurchaseOrder" << "ENTER PURCHASE ORDER" << "mnuPurchaseOrder";
-    QTest::newRow("mnuModifyPurchaseOrder") << "mnuModifyPurchaseOrder" << "MODIFY PURCHASE ORDER" << "mnuPurchaseOrder";
-    QTest::newRow("mnuDeletePurchaseOrder") << "mnuDeletePurchaseOrder" << "DELETE PURCHASE ORDER" << "mnuPurchaseOrder";
-    QTest::newRow("mnuViewPurchaseOrder") << "mnuViewPurchaseOrder" << "VIEW PURCHASE ORDER" << "mnuPurchaseOrder";
-    QTest::newRow("mnuViewPurchaseOrderStatusReport") << "mnuViewPurchaseOrderStatusReport" << "VIEW PURCHASE ORDER STATUS REPORT" << "mnuPurchaseOrder";
-    QTest::newRow("mnuDeliveryChallan") << "mnuDeliveryChallan" << "&DELIVERY CHALLAN" << "";
-    QTest::newRow("mnuEnterDeliveryChallan") << "mnuEnterDeliveryChallan" << "ENTER DELIVERY CHALLAN" << "mnuDeliveryChallan";
-    QTest::newRow("mnuModifyDeliveryChallan") << "mnuModifyDeliveryChallan" << "MODIFY DELIVERY CHALLAN" << "mnuDeliveryChallan";
-    QTest::newRow("mnuDeleteDeliveryChallan") << "mnuDeleteDeliveryChallan" << "DELETE DELIVERY CHALLAN" << "mnuDeliveryChallan";
-    QTest::newRow("mnuViewDeliveryChallan") << "mnuViewDeliveryChallan" << "VIEW DELIVERY CHALLAN" << "mnuDeliveryChallan";
-    QTest::newRow("mnuViewDeliveryInvoiceStatusReport") << "mnuViewDeliveryInvoiceStatusReport" << "VIEW DELIVERY / INVOICE STATUS REPORT" << "mnuDeliveryChallan";
-    QTest::newRow("mnuViewDeliveryChallanSummary") << "mnuViewDeliveryChallanSummary" << "VIEW DELIVERY CHALLAN SUMMARY" << "mnuDeliveryChallan";
-    QTest::newRow("mnuInvoice") << "mnuInvoice" << "&INVOICE" << "";
-    QTest::newRow("mnuEnterInvoice") << "mnuEnterInvoice" << "ENTER INVOICE" << "mnuInvoice";
-    QTest::newRow("mnuModifyInvoice") << "mnuModifyInvoice" << "MODIFY INVOICE" << "mnuInvoice";
-    QTest::newRow("mnuViewPrintInvoice") << "mnuViewPrintInvoice" << "VIEW SALE TAX INVOICE" << "mnuInvoice";
-    QTest::newRow("mnuViewPrintBill") << "mnuViewPrintBill" << "VIEW BILL" << "mnuInvoice";
-    QTest::newRow("mnuViewInvoice") << "mnuViewInvoice" << "VIEW INVOICE" << "mnuInvoice";
-    QTest::newRow("mnuViewPrintSaleRegister") << "mnuViewPrintSaleRegister" << "VIEW SALE REGISTER" << "mnuInvoice";
-    QTest::newRow("mnuViewSaleRegisterSummary") << "mnuViewSaleRegisterSummary" << "VIEW SALE REGISTER SUMMARY" << "mnuInvoice";
-    QTest::newRow("mnuViewPrintClientDetail") << "mnuViewPrintClientDetail" << "VIEW CLIENT DETAIL" << "mnuInvoice";
-    QTest::newRow("mnuViewPrintSaleSummary") << "mnuViewPrintSaleSummary" << "VIEW SALE SUMMARY" << "mnuInvoice";
-    QTest::newRow("mnuBillWisePayment") << "mnuBillWisePayment" << "BILL WISE PAYMENT" << "mnuInvoice";
-    QTest::newRow("mnuEmployeeSalary") << "mnuEmployeeSalary" << "&EMPLOYEE SALARY" << "";
-    QTest::newRow("mnuPEmployeeMonthlySalary") << "mnuPEmployeeMonthlySalary" << "EMPLOYEE MONTHLY SALARY" << "mnuEmployeeSalary";
-    QTest::newRow("mnuEModifyMonthlySalary") << "mnuEModifyMonthlySalary" << "MODIFY MONTHLY SALARY" << "mnuEmployeeSalary";
-    QTest::newRow("mnuUEmployeeSalary") << "mnuUEmployeeSalary" << "EMPLOYEE SALARY" << "mnuEmployeeSalary";
-    QTest::newRow("mnuPModifyEmployeeSalary") << "mnuPModifyEmployeeSalary" << "MODIFY EMPLOYEE SALARY" << "mnuEmployeeSalary";
-    QTest::newRow("mnuEmployeeList") << "mnuEmployeeList" << "VIEW EMPLOYEE LIST" << "mnuEmployeeSalary";
-    QTest::newRow("mnuUViewEmployeeSalary") << "mnuUViewEmployeeSalary" << "VIEW EMPLOYEE SALARY" << "mnuEmployeeSalary";
-    QTest::newRow("mnuStock") << "mnuStock" << "&STOCK" << "";
-    QTest::newRow("mnuSEnterStock") << "mnuSEnterStock" << "ENTER PURCHASE STOCK" << "mnuStock";
-    QTest::newRow("mnuSModifyStock") << "mnuSModifyStock" << "MODIFY PURCHASE STOCK" << "mnuStock";
-    QTest::newRow("mnuDeletePurchaseStock") << "mnuDeletePurchaseStock" << "DELETE PURCHASE STOCK" << "mnuStock";
-    QTest::newRow("mnuEnterClosingStock") << "mnuEnterClosingStock" << "ENTER CLOSING STOCK" << "mnuStock";
-    QTest::newRow("mnuModifyClosingStock") << "mnuModifyClosingStock" << "MODIFY CLOSING STOCK" << "mnuStock";
-    QTest::newRow("mnuDeleteClosingStock") << "mnuDeleteClosingStock" << "DELETE CLOSING STOCK" << "mnuStock";
-    QTest::newRow("mnuViewPurchaseRegister") << "mnuViewPurchaseRegister" << "VIEW PURCHASE REGISTER" << "mnuStock";
-    QTest::newRow("mnuSEmployeeStock") << "mnuSEmployeeStock" << "EMPLOYEE STOCK" << "mnuStock";
-    QTest::newRow("mnuSPrintStock") << "mnuSPrintStock" << "VIEW STOCK" << "mnuStock";
-    QTest::newRow("mnuSEmployeeStockFinished") << "mnuSEmployeeStockFinished" << "EMPLOYEE STOCK FINISHED" << "mnuStock";
-    QTest::newRow("mnuSViewEmployeeStock") << "mnuSViewEmployeeStock" << "VIEW EMPLOYEE STOCK" << "mnuStock";
-    QTest::newRow("mnuOtherServices") << "mnuOtherServices" << "&OTHER SERVICES" << "";
-    QTest::newRow("mnuEnterOtherServices") << "mnuEnterOtherServices" << "ENTER OTHER SERVICES" << "mnuOtherServices";
-    QTest::newRow("mnuModifyOtherServices") << "mnuModifyOtherServices" << "MODIFY OTHER SERVICES" << "mnuOtherServices";
-    QTest::newRow("mnuViewOtherServicesRegister") << "mnuViewOtherServicesRegister" << "VIEW OTHER SERVICES REGISTER" << "mnuOtherServices";
-    QTest::newRow("mnuJobCard") << "mnuJobCard" << "&JOB CARD" << "";
-    QTest::newRow("mnuEnterJobCard") << "mnuEnterJobCard" << "ENTER JOB CARD" << "mnuJobCard";
-    QTest::newRow("mnuModifyJobCard") << "mnuModifyJobCard" << "MODIFY JOB CARD" << "mnuJobCard";
-    QTest::newRow("mnuDeleteJobCard") << "mnuDeleteJobCard" << "DELETE JOB CARD" << "mnuJobCard";
-    QTest::newRow("mnuViewJobCard") << "mnuViewJobCard" << "VIEW JOB CARD" << "mnuJobCard";
-    QTest::newRow("mnuTitle") << "mnuTitle" << "&TITLE" << "";
-    QTest::newRow("mnuAddTitleName") << "mnuAddTitleName" << "ADD TITLE NAME" << "mnuTitle";
-    QTest::newRow("mnuTitleName") << "mnuTitleName" << "TITLE NAME" << "mnuTitle";
-    QTest::newRow("mnuUtilities") << "mnuUtilities" << "&UTILITIES" << "";
-    QTest::newRow("mnuUBackUp") << "mnuUBackUp" << "BACK UP" << "mnuUtilities";
-    QTest::newRow("mnuUNewUser") << "mnuUNewUser" << "CREATE NEW USER" << "mnuUtilities";
-    QTest::newRow("mnuUChangePassword") << "mnuUChangePassword" << "CHANGE PASSWORD" << "mnuUtilities";
-    QTest::newRow("mnuUUpdateUser") << "mnuUUpdateUser" << "UPDATE USER" << "mnuUtilities";
-    QTest::newRow("mnuUClosingDate") << "mnuUClosingDate" << "CLOSING DATE" << "mnuUtilities";
-    QTest::newRow("mnuEndYearProcessing") << "mnuEndYearProcessing" << "END YEAR PROCESSING" << "mnuUtilities";
-    QTest::newRow("mnuAbout") << "mnuAbout" << "&ABOUT" << "";
-    QTest::newRow("mnuATessel") << "mnuATessel" << "TESSEL" << "mnuAbout";
+    // Runs of entries under one parent ("" for the menu bar), in the order they stand.
+    using Entries = QList<std::pair<const char *, const char *>>;
+    const QList<std::pair<const char *, Entries>> tree = {
+        {"", {{"mnuAccount", "&ACCOUNT"}}},
+        {"mnuAccount", {{"mnuPPartyInfo", "CREATE ACCOUNT"}, {"mnuPModifyPartyInfo", "MODIFY ACCOUNT"},
+                {"mnuEnterVoucher", "ENTER VOUCHER"}}},
+        {"mnuEnterVoucher", {{"mnuPJournalVoucher", "JOURNAL VOUCHER"}, {"mnuPCashPaidVoucher", "CASH PAID VOUCHER"},
+                {"mnuPCashReceivedVoucher", "CASH RECEIVED VOUCHER"}, {"mnuBankPaidVoucher", "BANK PAID VOUCHER"},
+                {"mnuBankReceivedVoucher", "BANK RECEIVED VOUCHER"}}},
+        {"mnuAccount", {{"mnuPModifyJournalVoucher", "MODIFY VOUCHER"}, {"mnuPostDatedCheque", "POST DATED CHEQUE"},
+                {"mnuModifyPostDatedCheque", "MODIFY POST DATED CHEQUE"},
+                {"mnuPDebitCreditAccount", "DEBIT/CREDIT ACCOUNT"}, {"mnuPShowDBCRAccounts", "SHOW DB/CR ACCOUNTS"},
+                {"mnuPChartOfAccount", "CHART OF ACCOUNT"}}},
+        {"mnuPChartOfAccount", {{"mnuChartOfAccountByAccount", "ACCOUNT WISE"},
+                {"mnuChartOfAccountByName", "NAME WISE"}}},
+        {"mnuAccount", {{"mnuPTrialBalance", "PARTY BALANCES"}}},
+        {"mnuPTrialBalance", {{"mnuPOpeningBalance", "OPENING BALANCE"}, {"mnuPModifyBalance", "MODIFY BALANCE"}}},
+        {"", {{"mnuPPrintParty", "VIEW / PRINT REPORTS"}}},
+        {"mnuPPrintParty", {{"mnuPrintVoucher", "PRINT VOUCHER"}, {"mnuCashAndBanks", "CASH AND BANKS"}}},
+        {"mnuCashAndBanks", {{"mnuCashBookBetweenTwoDates", "CASH BOOK BETWEEN TWO DATES"},
+                {"mnuCashAndBankUptoDate", "UPTO DATE"}}},
+        {"mnuPPrintParty", {{"mnuVoucherListing", "VOUCHER LISTING"}, {"mnuRecordTracking", "RECORD TRACKING"},
+                {"mnuPrintPostDatedCheque", "POST DATED CHEQUE"}, {"mnuPPDebitList", "DEBIT LIST / RECEIVABLE"},
+                {"mnuPPCreditList", "CREDIT LIST / PAYABALE"}, {"mnuTrialBalance", "TRIAL BALANCE"},
+                {"mnuPPBalanceSheet", "BALANCE SHEET"}, {"mnuBalanceSheetSingleDate", "BALANCE SHEET SINGLE DATE"},
+                {"mnuPartyPosition", "PARTY POSITION"}, {"mnuPartyPositionSingleDate", "PARTY POSITION SINGLE DATE"},
+                {"mnuPPLedgerOfAccount", "LEDGER OF ACCOUNT"},
+                {"mnuPPLedgerOfAccountVW", "LEDGER OF ACCOUNT VOUCHER WISE"},
+                {"mnuProfitAndLoss", "PROFIT AND LOSS"}, {"mnuRecoveryReports", "RECOVERY REPORTS"},
+                {"mnuComparisonReports", "COMPARISON REPORTS"}}},
+        {"mnuComparisonReports", {{"mnuMonthlyExpenseReport", "MONTHLY EXPENSE REPORT"},
+                {"mnuMonthlyProfitAndLossReport", "MONTHLY PROFIT AND LOSS REPORT"}}},
+        {"mnuPPrintParty", {{"mnuAgingReport", "AGING REPORT"}}},
+        {"", {{"mnuItemCoding", "ITEM CODING"}}},
+        {"mnuItemCoding", {{"mnuEnterItemCoding", "ENTER ITEM CODING"},
+                {"mnuModifyItemCoding", "MODIFY ITEM CODING"}, {"mnuViewItemCoding", "VIEW ITEM CODING"}}},
+        {"", {{"mnuPurchaseOrder", "PURCHASE ORDER"}}},
+        {"mnuPurchaseOrder", {{"mnuEnterPurchaseOrder", "ENTER PURCHASE ORDER"},
+                {"mnuModifyPurchaseOrder", "MODIFY PURCHASE ORDER"},
+                {"mnuDeletePurchaseOrder", "DELETE PURCHASE ORDER"}, {"mnuViewPurchaseOrder", "VIEW PURCHASE ORDER"},
+                {"mnuViewPurchaseOrderStatusReport", "VIEW PURCHASE ORDER STATUS REPORT"}}},
+        {"", {{"mnuDeliveryChallan", "&DELIVERY CHALLAN"}}},
+        {"mnuDeliveryChallan", {{"mnuEnterDeliveryChallan", "ENTER DELIVERY CHALLAN"},
+                {"mnuModifyDeliveryChallan", "MODIFY DELIVERY CHALLAN"},
+                {"mnuDeleteDeliveryChallan", "DELETE DELIVERY CHALLAN"},
+                {"mnuViewDeliveryChallan", "VIEW DELIVERY CHALLAN"},
+                {"mnuViewDeliveryInvoiceStatusReport", "VIEW DELIVERY / INVOICE STATUS REPORT"},
+                {"mnuViewDeliveryChallanSummary", "VIEW DELIVERY CHALLAN SUMMARY"}}},
+        {"", {{"mnuInvoice", "&INVOICE"}}},
+        {"mnuInvoice", {{"mnuEnterInvoice", "ENTER INVOICE"}, {"mnuModifyInvoice", "MODIFY INVOICE"},
+                {"mnuViewPrintInvoice", "VIEW SALE TAX INVOICE"}, {"mnuViewPrintBill", "VIEW BILL"},
+                {"mnuViewInvoice", "VIEW INVOICE"}, {"mnuViewPrintSaleRegister", "VIEW SALE REGISTER"},
+                {"mnuViewSaleRegisterSummary", "VIEW SALE REGISTER SUMMARY"},
+                {"mnuViewPrintClientDetail", "VIEW CLIENT DETAIL"}, {"mnuViewPrintSaleSummary", "VIEW SALE SUMMARY"},
+                {"mnuBillWisePayment", "BILL WISE PAYMENT"}}},
+        {"", {{"mnuEmployeeSalary", "&EMPLOYEE SALARY"}}},
+        {"mnuEmployeeSalary", {{"mnuPEmployeeMonthlySalary", "EMPLOYEE MONTHLY SALARY"},
+                {"mnuEModifyMonthlySalary", "MODIFY MONTHLY SALARY"}, {"mnuUEmployeeSalary", "EMPLOYEE SALARY"},
+                {"mnuPModifyEmployeeSalary", "MODIFY EMPLOYEE SALARY"}, {"mnuEmployeeList", "VIEW EMPLOYEE LIST"},
+                {"mnuUViewEmployeeSalary", "VIEW EMPLOYEE SALARY"}}},
+        {"", {{"mnuStock", "&STOCK"}}},
+        {"mnuStock", {{"mnuSEnterStock", "ENTER PURCHASE STOCK"}, {"mnuSModifyStock", "MODIFY PURCHASE STOCK"},
+                {"mnuDeletePurchaseStock", "DELETE PURCHASE STOCK"}, {"mnuEnterClosingStock", "ENTER CLOSING STOCK"},
+                {"mnuModifyClosingStock", "MODIFY CLOSING STOCK"}, {"mnuDeleteClosingStock", "DELETE CLOSING STOCK"},
+                {"mnuViewPurchaseRegister", "VIEW PURCHASE REGISTER"}, {"mnuSEmployeeStock", "EMPLOYEE STOCK"},
+                {"mnuSPrintStock", "VIEW STOCK"}, {"mnuSEmployeeStockFinished", "EMPLOYEE STOCK FINISHED"},
+                {"mnuSViewEmployeeStock", "VIEW EMPLOYEE STOCK"}}},
+        {"", {{"mnuOtherServices", "&OTHER SERVICES"}}},
+        {"mnuOtherServices", {{"mnuEnterOtherServices", "ENTER OTHER SERVICES"},
+                {"mnuModifyOtherServices", "MODIFY OTHER SERVICES"},
+                {"mnuViewOtherServicesRegister", "VIEW OTHER SERVICES REGISTER"}}},
+        {"", {{"mnuJobCard", "&JOB CARD"}}},
+        {"mnuJobCard", {{"mnuEnterJobCard", "ENTER JOB CARD"}, {"mnuModifyJobCard", "MODIFY JOB CARD"},
+                {"mnuDeleteJobCard", "DELETE JOB CARD"}, {"mnuViewJobCard", "VIEW JOB CARD"}}},
+        {"", {{"mnuTitle", "&TITLE"}}},
+        {"mnuTitle", {{"mnuAddTitleName", "ADD TITLE NAME"}, {"mnuTitleName", "TITLE NAME"}}},
+        {"", {{"mnuUtilities", "&UTILITIES"}}},
+        {"mnuUtilities", {{"mnuUBackUp", "BACK UP"}, {"mnuUNewUser", "CREATE NEW USER"},
+                {"mnuUChangePassword", "CHANGE PASSWORD"}, {"mnuUUpdateUser", "UPDATE USER"},
+                {"mnuUClosingDate", "CLOSING DATE"}, {"mnuEndYearProcessing", "END YEAR PROCESSING"}}},
+        {"", {{"mnuAbout", "&ABOUT"}}},
+        {"mnuAbout", {{"mnuATessel", "TESSEL"}}},
+    };
+    for (const auto &[parent, entries] : tree)
+        for (const auto &[name, caption] : entries)
+            QTest::newRow(name) << QString::fromLatin1(name) << QString::fromLatin1(caption) << QString::fromLatin1(parent);
 }
 
 void TestStartup::menuEntries()
