@@ -7,6 +7,7 @@
 #include "foundation/ui/QueryTableModel.h"
 #include "support/TestDb.h"
 #include "support/ui/MessageRecorder.h"
+#include "support/ui/ScreenKit.h"
 #include "vouchers/VoucherPosting.h"
 #include "vouchers/VoucherStaging.h"
 #include "vouchers/ui/frmJournalVoucher.h"
@@ -16,7 +17,6 @@
 #include <QComboBox>
 #include <QCompleter>
 #include <QAbstractItemView>
-#include <QDir>
 #include <QLineEdit>
 #include <QMainWindow>
 #include <QMdiArea>
@@ -76,15 +76,6 @@ QStringList items(QComboBox *c)
 
 int gridRows(frmJournalVoucher *f) { return f->dgVoucher->model()->rowCount(); }
 
-void shot(QWidget *w, const QString &name)
-{
-    const QString dir = qEnvironmentVariable("TESSEL_SHOTS_DIR");
-    if (dir.isEmpty())
-        return;
-    QDir().mkpath(dir);
-    w->grab().save(QDir(dir).filePath(name + QStringLiteral(".png")));
-}
-
 } // namespace
 
 class TestJournalVoucherScreen : public QObject
@@ -139,8 +130,7 @@ void TestJournalVoucherScreen::startYear(const QString &backend)
 
 void TestJournalVoucherScreen::cashPaymentFromMenuToLedger()
 {
-    TESSEL_YEAR(year);
-    Q_UNUSED(year);
+    TESSEL_BACKEND()
     startYear(backend);
     MessageRecorder rec;
     frmJournalVoucher *f = m_host->open(QStringLiteral("mnuPCashPaidVoucher"));
@@ -171,7 +161,7 @@ void TestJournalVoucherScreen::cashPaymentFromMenuToLedger()
     QCOMPARE(f->txtTotalDebit->text(), QStringLiteral("1501"));
     QCOMPARE(f->txtTotalCredit->text(), QStringLiteral("0"));
     QCOMPARE(f->txtCCashInHand->text(), QStringLiteral("-1501"));
-    shot(m_host.get(), QStringLiteral("voucher-filled-") + backend);
+    ScreenKit::shoot(m_host.get(), QStringLiteral("voucher-filled-") + backend);
 
     f->cmdModifyVoucher->click();
     QCOMPARE(rec.last().text, QStringLiteral("Voucher has saved successfully"));
@@ -222,8 +212,7 @@ void TestJournalVoucherScreen::cashReceipt()
 
 void TestJournalVoucherScreen::bankVoucherSwitchedToJournal()
 {
-    TESSEL_YEAR(year);
-    Q_UNUSED(year);
+    TESSEL_BACKEND()
     startYear(backend);
     VoucherPosting posting(session().db(), QStringLiteral("CLERK"), QDate(2026, 3, 10));
     for (int i = 1; i <= 3; ++i) {
@@ -300,7 +289,7 @@ void TestJournalVoucherScreen::unbalancedJournalRefused()
     f->cmdNew->click();
     f->cmdModifyVoucher->click();
     QCOMPARE(rec.last().text, QStringLiteral("Debit and Credit amount are not same, please check your entry"));
-    shot(m_host.get(), QStringLiteral("voucher-refused"));
+    ScreenKit::shoot(m_host.get(), QStringLiteral("voucher-refused"));
     QCOMPARE(gridRows(f), 2); // staging and screen as they were
     QCOMPARE(f->txtTotalDebit->text(), QStringLiteral("2500"));
     QCOMPARE(session().db().scalar(QStringLiteral("SELECT COUNT(*) FROM tblPartyBalance")).toInt(), 0);
@@ -448,8 +437,7 @@ void TestJournalVoucherScreen::chequeSettledBySave()
 
 void TestJournalVoucherScreen::modifyVoucherFromQuestionPanel()
 {
-    TESSEL_YEAR(year);
-    Q_UNUSED(year);
+    TESSEL_BACKEND()
     startYear(backend);
     MessageRecorder rec;
     frmJournalVoucher *f = m_host->open(QStringLiteral("mnuPCashPaidVoucher"));
@@ -467,7 +455,7 @@ void TestJournalVoucherScreen::modifyVoucherFromQuestionPanel()
     QVERIFY(f->frOuterVoucherNo->isVisible());
     QVERIFY(!f->frOuterVoucher->isVisible());
     QVERIFY(items(f->cmbModifyVoucherType).contains(QStringLiteral("CP")));
-    shot(m_host.get(), QStringLiteral("voucher-modify-question-") + backend);
+    ScreenKit::shoot(m_host.get(), QStringLiteral("voucher-modify-question-") + backend);
 
     f->cmdVoucherNoOkay->click(); // the date is checked as the button is entered
     QCOMPARE(rec.last().text, QStringLiteral("Date is missing, please enter proper date"));
