@@ -48,10 +48,10 @@ void seed(SessionConnection &db)
     post(db, "CR", 1, jan6, "17-10-001", "CRESCENT TEXTILES", Money(), m("5000"), "AGAINST BILL 7", jan6);
     post(db, "BP", 1, feb10, "21-10-001", "ELECTRICITY", m("1234567.89"), Money(), "ANNUAL", feb10);
     post(db, "BP", 1, feb10, "19-20-001", "CITY BANK", Money(), m("1234567.89"), "ANNUAL", feb10);
-    db.execute(QStringLiteral("INSERT INTO tblItemCoding (ItemCode, ItemName, CostRate, SaleRate, UnitType) VALUES (?, ?, ?, ?, ?)"),
-               {QStringLiteral("P-001"), QStringLiteral("ART PAPER 80G"), m("1250.50").toVariant(), m("1500").toVariant(), QStringLiteral("KG")});
-    db.execute(QStringLiteral("INSERT INTO tblItemCoding (ItemCode, ItemName, CostRate, SaleRate, UnitType) VALUES (?, ?, ?, ?, ?)"),
-               {QStringLiteral("I-002"), QStringLiteral("OFFSET INK BLACK"), m("3200").toVariant(), m("3900.75").toVariant(), QStringLiteral("KG")});
+    for (const auto &[code, name, cost, sale] : {std::tuple{"P-001", "ART PAPER 80G", "1250.50", "1500"},
+                                                 std::tuple{"I-002", "OFFSET INK BLACK", "3200", "3900.75"}})
+        db.execute(QStringLiteral("INSERT INTO tblItemCoding (ItemCode, ItemName, CostRate, SaleRate, UnitType) VALUES (?, ?, ?, ?, 'KG')"),
+                   {QString::fromLatin1(code), QString::fromLatin1(name), m(cost).toVariant(), m(sale).toVariant()});
     db.execute(QStringLiteral("UPDATE tblTLClientInfo SET TLClientName = ?, TLClientAddress = ?"),
                {QStringLiteral("EVERGREEN PRINTERS"), QStringLiteral("14-B INDUSTRIAL AREA")});
     tx.commit();
@@ -117,6 +117,12 @@ int sheetRow(const Sheet &s, const QString &text)
             row = r;
     }
     return row;
+}
+
+bool writeFile(const QString &path, const QByteArray &bytes)
+{
+    QFile f(path);
+    return f.open(QIODevice::WriteOnly) && f.write(bytes) == bytes.size();
 }
 
 bool haveTool(const QString &tool)
@@ -443,17 +449,12 @@ private slots:
         auto db = year.connect();
         seed(*db);
         QTemporaryDir dir;
-        QFile own(dir.filePath(QStringLiteral("crItemCoding.json")));
-        QVERIFY(own.open(QIODevice::WriteOnly));
-        own.write(R"({"source": "tblItemCoding", "title": "OUR ITEMS", "orderBy": ["ItemName DESC"],
+        QVERIFY(writeFile(dir.filePath(QStringLiteral("crItemCoding.json")), R"({"source": "tblItemCoding", "title": "OUR ITEMS", "orderBy": ["ItemName DESC"],
                      "columns": [{"caption": "NAME", "field": "ItemName", "width": 30},
                                  {"caption": "RATE", "field": "SaleRate", "format": "money"}],
-                     "totals": {"caption": "ALL", "sums": ["SaleRate"]}})");
-        own.close();
-        QFile broken(dir.filePath(QStringLiteral("crChartOfAccount.json")));
-        QVERIFY(broken.open(QIODevice::WriteOnly));
-        broken.write("{\"source\": \"ChartOfAccount\",\n \"columns\": [ {\"field\": \"PartyCode\" ]\n}");
-        broken.close();
+                     "totals": {"caption": "ALL", "sums": ["SaleRate"]}})"));
+        QVERIFY(writeFile(dir.filePath(QStringLiteral("crChartOfAccount.json")),
+                          "{\"source\": \"ChartOfAccount\",\n \"columns\": [ {\"field\": \"PartyCode\" ]\n}"));
 
         const DesignCatalogue mine(dir.path());
         const RenderedReport r = ReportFrame::render(*db, {QStringLiteral("crItemCoding")}, mine);
@@ -470,10 +471,8 @@ private slots:
         QVERIFY(chart.rows.size() > 0);
 
         // A design reading a field its source lacks names both.
-        QFile wrong(dir.filePath(QStringLiteral("crWrong.json")));
-        QVERIFY(wrong.open(QIODevice::WriteOnly));
-        wrong.write(R"({"source": "tblItemCoding", "columns": [{"field": "NoSuchField"}]})");
-        wrong.close();
+        QVERIFY(writeFile(dir.filePath(QStringLiteral("crWrong.json")),
+                          R"({"source": "tblItemCoding", "columns": [{"field": "NoSuchField"}]})"));
         try {
             ReportFrame::render(*db, {QStringLiteral("crWrong")}, mine);
             QFAIL("a design with an unknown field rendered");
@@ -591,16 +590,13 @@ private slots:
         auto db = year.connect();
         seed(*db);
         QTemporaryDir dir;
-        QFile f(dir.filePath(QStringLiteral("crVoucherSlip.json")));
-        QVERIFY(f.open(QIODevice::WriteOnly));
         QByteArray json("{'source': 'SingleVoucher', 'title': 'VOUCHER SLIP', 'form': 'strip', 'orderBy': ['SrNo'],"
                         " 'documentFields': [{'caption': 'VOUCHER #', 'field': 'VoucherNo', 'format': 'integer'},"
                         "                    {'caption': 'DATE', 'field': 'VDate', 'format': 'date'}],"
                         " 'columns': [{'caption': 'ACCOUNT', 'field': 'PartyName', 'width': 30},"
                         "             {'caption': 'DEBIT', 'field': 'PartyDR', 'format': 'money', 'blankZero': true}],"
                         " 'totals': {'caption': 'TOTAL', 'sums': ['PartyDR']}, 'signatures': ['RECEIVED BY']}");
-        f.write(json.replace('\'', '"'));
-        f.close();
+        QVERIFY(writeFile(dir.filePath(QStringLiteral("crVoucherSlip.json")), json.replace('\'', '"')));
         ReportRequest req{QStringLiteral("crVoucherSlip")};
         req.conditions << ReportCondition::equal(QStringLiteral("VoucherType"), QStringLiteral("CR"));
         const RenderedReport r = ReportFrame::render(*db, req, DesignCatalogue(dir.path()));
