@@ -25,12 +25,7 @@ private Q_SLOTS:
 
 void TestAccountYear::createAndList()
 {
-    QFETCH(QString, backend);
-    if (backend == QLatin1String("postgres") && !TestDb::postgresConfigured()) {
-        if (TestDb::postgresRequired())
-            QFAIL("no PostgreSQL test server");
-        QSKIP("no PostgreSQL test server");
-    }
+    TESSEL_BACKEND()
     const ConnectionProfile profile = TestDb::profileFor(backend);
     const QString name = TestDb::uniqueName(QStringLiteral("TesselCreate"));
     AccountYear::CreateOptions o;
