@@ -4,6 +4,7 @@
 #include "../LedgerFixture.h"
 #include "support/TestDb.h"
 #include "support/ui/MessageRecorder.h"
+#include "support/ui/ScreenKit.h"
 
 #include "foundation/Session.h"
 #include "foundation/ui/MaskedLineEdit.h"
@@ -16,37 +17,15 @@
 #include "reports/ui/frmViewReport.h"
 
 #include <QComboBox>
-#include <QDir>
 #include <QGroupBox>
 #include <QLabel>
-#include <QMainWindow>
-#include <QMdiArea>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QtTest>
 
+using ScreenKit::shoot;
+
 namespace {
-
-void shoot(QWidget *w, const QString &name)
-{
-    const QString dir = qEnvironmentVariable("TESSEL_SCREENSHOT_DIR");
-    if (dir.isEmpty())
-        return;
-    QDir().mkpath(dir);
-    w->grab().save(QDir(dir).filePath(name + QStringLiteral(".png")));
-}
-
-class TestHost : public MdiHost
-{
-public:
-    TestHost() { m_window.setCentralWidget(m_area = new QMdiArea); }
-    QMdiArea *mdiArea() const override { return m_area; }
-    QMainWindow *mainWindow() override { return &m_window; }
-
-private:
-    QMainWindow m_window;
-    QMdiArea *m_area = nullptr;
-};
 
 frmViewReport *viewer() { return Reports::currentViewer(); }
 
@@ -92,9 +71,7 @@ private slots:
     void partySearchLoads_data() { TestDb::addBackends(); }
     void partySearchLoads()
     {
-        QFETCH(QString, backend);
-        if (backend == QLatin1String("postgres") && !TestDb::postgresConfigured())
-            QSKIP("no PostgreSQL test server");
+        TESSEL_BACKEND()
         openYear(backend);
         MessageRecorder rec;
         frmPartySearch f;
@@ -252,9 +229,7 @@ private slots:
     void balanceSheetUptoADate_data() { TestDb::addBackends(); }
     void balanceSheetUptoADate()
     {
-        QFETCH(QString, backend);
-        if (backend == QLatin1String("postgres") && !TestDb::postgresConfigured())
-            QSKIP("no PostgreSQL test server");
+        TESSEL_BACKEND()
         openYear(backend);
         MessageRecorder rec;
         frmSingleDateReport f;
@@ -370,7 +345,7 @@ private slots:
         MessageRecorder rec;
         MenuRouter router;
         registerReportsMenu(router);
-        TestHost host;
+        ScreenKit::Host host(false);
         for (const char *name : {"mnuPPLedgerOfAccount", "mnuPPLedgerOfAccountVW", "mnuAgingReport", "mnuTrialBalance",
                                  "mnuBalanceSheetSingleDate", "mnuPPBalanceSheet", "mnuProfitAndLoss", "mnuPPCreditList",
                                  "mnuPPDebitList"})
