@@ -3,6 +3,7 @@
 // the viewer's zoom, pages, export and drill-down, and the menu entries.
 #include "support/TestDb.h"
 #include "support/ui/MessageRecorder.h"
+#include "support/ui/ScreenKit.h"
 
 #include "foundation/Session.h"
 #include "foundation/ui/MaskedLineEdit.h"
@@ -13,7 +14,6 @@
 
 #include <QApplication>
 #include <QComboBox>
-#include <QDir>
 #include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
@@ -22,6 +22,8 @@
 #include <QSpinBox>
 #include <QTemporaryDir>
 #include <QtTest>
+
+using ScreenKit::shoot;
 
 namespace {
 
@@ -47,20 +49,6 @@ void seed(SessionConnection &db)
     post(db, "JV", 1, d, "21-10-001", "ELECTRICITY", m("40.50"), Money(), QDate(2026, 1, 20));
     post(db, "JV", 1, d, "19-10-001", "CASH IN HAND", Money(), m("40.50"), QDate(2026, 1, 20));
     tx.commit();
-}
-
-QString screenshotDir()
-{
-    return qEnvironmentVariable("TESSEL_SCREENSHOT_DIR");
-}
-
-void shoot(QWidget *w, const QString &name)
-{
-    const QString dir = screenshotDir();
-    if (dir.isEmpty())
-        return;
-    QDir().mkpath(dir);
-    w->grab().save(QDir(dir).filePath(name + QStringLiteral(".png")));
 }
 
 } // namespace
@@ -94,9 +82,7 @@ private slots:
     void loadFillsTypesAndDates_data() { TestDb::addBackends(); }
     void loadFillsTypesAndDates()
     {
-        QFETCH(QString, backend);
-        if (backend == QLatin1String("postgres") && !TestDb::postgresConfigured())
-            QSKIP("no PostgreSQL test server");
+        TESSEL_BACKEND()
         openYear(backend);
         MessageRecorder rec;
         frmPrintVoucher f;
