@@ -3,7 +3,7 @@
 -- total alike), the balance brought forward and the balance at the end.
 CREATE VIEW TrialBalance AS
 SELECT t.PartyCode AS PartyCode,
-       COALESCE(ah.PartyName, t.PartyName) AS PartyName,
+       COALESCE(a.PartyName, t.PartyName) AS PartyName,
        t.DebitCents / 100.0 AS PartyDR,
        t.CreditCents / 100.0 AS PartyCR,
        t.PeriodCents / 100.0 AS PartyBalance,
@@ -11,11 +11,13 @@ SELECT t.PartyCode AS PartyCode,
        t.ClosingCents / 100.0 AS ClosingBalance,
        CASE WHEN t.ClosingCents > 0 THEN 'DR' WHEN t.ClosingCents < 0 THEN 'CR' ELSE '' END AS DrCr,
        SUBSTR(t.PartyCode, 1, 6) || '000' AS GroupCode,
-       COALESCE(ah.GroupName, '') AS GroupName,
+       COALESCE(g.PartyName, '') AS GroupName,
        SUBSTR(t.PartyCode, 1, 3) || '00-000' AS HeadCode,
-       COALESCE(ah.HeadName, '') AS HeadName,
+       COALESCE(h.PartyName, '') AS HeadName,
        (SELECT SDate FROM LedgerPeriod) AS SDate,
        (SELECT EDate FROM LedgerPeriod) AS EDate
-FROM AccountPeriodTotals t
-LEFT JOIN AccountHeading ah ON ah.PartyCode = t.PartyCode
+FROM AllAccountPeriodTotals t
+LEFT JOIN tblPartyInfo a ON a.PartyCode = t.PartyCode
+LEFT JOIN tblPartyInfo g ON g.PartyCode = CAST(SUBSTR(a.PartyCode, 1, 6) || '000' AS CHAR(9))
+LEFT JOIN tblPartyInfo h ON h.PartyCode = CAST(SUBSTR(a.PartyCode, 1, 3) || '00-000' AS CHAR(9))
 WHERE t.PeriodRows > 0

@@ -5,14 +5,14 @@
 -- carried to capital, under code "20-01-999" in the capital group. With
 -- that line the balances add up to nothing: the sheet balances.
 CREATE VIEW BalanceSheet AS
-WITH t AS (SELECT * FROM AccountPeriodTotals)
+WITH t AS (SELECT * FROM AllAccountPeriodTotals)
 SELECT t.PartyCode AS PartyCode,
-       COALESCE(ah.PartyName, t.PartyName) AS PartyName,
+       COALESCE(a.PartyName, t.PartyName) AS PartyName,
        0 AS LineKind,
        SUBSTR(t.PartyCode, 1, 6) || '000' AS GroupCode,
-       COALESCE(ah.GroupName, '') AS GroupName,
+       COALESCE(g.PartyName, '') AS GroupName,
        SUBSTR(t.PartyCode, 1, 3) || '00-000' AS HeadCode,
-       COALESCE(ah.HeadName, '') AS HeadName,
+       COALESCE(h.PartyName, '') AS HeadName,
        t.OpeningCents / 100.0 AS OpeningBalance,
        t.DebitCents / 100.0 AS DebitTotal,
        t.CreditCents / 100.0 AS CreditTotal,
@@ -23,7 +23,9 @@ SELECT t.PartyCode AS PartyCode,
        (SELECT SDate FROM LedgerPeriod) AS SDate,
        (SELECT EDate FROM LedgerPeriod) AS EDate
 FROM t
-LEFT JOIN AccountHeading ah ON ah.PartyCode = t.PartyCode
+LEFT JOIN tblPartyInfo a ON a.PartyCode = t.PartyCode
+LEFT JOIN tblPartyInfo g ON g.PartyCode = CAST(SUBSTR(a.PartyCode, 1, 6) || '000' AS CHAR(9))
+LEFT JOIN tblPartyInfo h ON h.PartyCode = CAST(SUBSTR(a.PartyCode, 1, 3) || '00-000' AS CHAR(9))
 WHERE t.PartyCode >= '10-00-000' AND t.PartyCode <= '20-01-999'
 UNION ALL
 SELECT '20-01-999',

@@ -6,15 +6,15 @@
 -- NET LOSS (on the income side), so that the two sides total alike; its
 -- PartyBalance is the result as the balance sheet takes it.
 CREATE VIEW ProfitAndLoss AS
-WITH t AS (SELECT * FROM AccountPeriodTotals)
+WITH t AS (SELECT * FROM AllAccountPeriodTotals)
 SELECT t.PartyCode AS PartyCode,
-       COALESCE(ah.PartyName, t.PartyName) AS PartyName,
+       COALESCE(a.PartyName, t.PartyName) AS PartyName,
        0 AS LineKind,
        CASE WHEN t.PeriodCents < 0 THEN 'INCOME' ELSE 'EXPENSE' END AS Side,
        SUBSTR(t.PartyCode, 1, 6) || '000' AS GroupCode,
-       COALESCE(ah.GroupName, '') AS GroupName,
+       COALESCE(g.PartyName, '') AS GroupName,
        SUBSTR(t.PartyCode, 1, 3) || '00-000' AS HeadCode,
-       COALESCE(ah.HeadName, '') AS HeadName,
+       COALESCE(h.PartyName, '') AS HeadName,
        t.DebitCents / 100.0 AS DebitTotal,
        t.CreditCents / 100.0 AS CreditTotal,
        t.PeriodCents / 100.0 AS PartyBalance,
@@ -22,7 +22,9 @@ SELECT t.PartyCode AS PartyCode,
        (SELECT SDate FROM LedgerPeriod) AS SDate,
        (SELECT EDate FROM LedgerPeriod) AS EDate
 FROM t
-LEFT JOIN AccountHeading ah ON ah.PartyCode = t.PartyCode
+LEFT JOIN tblPartyInfo a ON a.PartyCode = t.PartyCode
+LEFT JOIN tblPartyInfo g ON g.PartyCode = CAST(SUBSTR(a.PartyCode, 1, 6) || '000' AS CHAR(9))
+LEFT JOIN tblPartyInfo h ON h.PartyCode = CAST(SUBSTR(a.PartyCode, 1, 3) || '00-000' AS CHAR(9))
 WHERE (t.PartyCode < '10-00-000' OR t.PartyCode > '20-01-999') AND t.PeriodRows > 0
 UNION ALL
 SELECT '',

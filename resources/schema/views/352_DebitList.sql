@@ -3,7 +3,7 @@
 -- list. Amount is the balance without sign.
 CREATE VIEW DebitList AS
 SELECT t.PartyCode AS PartyCode,
-       COALESCE(ah.PartyName, t.PartyName) AS PartyName,
+       COALESCE(a.PartyName, t.PartyName) AS PartyName,
        t.PeriodCents / 100.0 AS PartyBalance,
        ABS(t.PeriodCents) / 100.0 AS Amount,
        t.DebitCents / 100.0 AS DebitTotal,
@@ -11,12 +11,14 @@ SELECT t.PartyCode AS PartyCode,
        t.OpeningCents / 100.0 AS OpeningBalance,
        t.ClosingCents / 100.0 AS ClosingBalance,
        SUBSTR(t.PartyCode, 1, 6) || '000' AS GroupCode,
-       COALESCE(ah.GroupName, '') AS GroupName,
-       COALESCE(ah.PartyAddress, '') AS PartyAddress,
-       COALESCE(ah.PartyPhone, '') AS PartyPhone,
-       COALESCE(ah.CareOf, '') AS CareOf,
+       COALESCE(g.PartyName, '') AS GroupName,
+       COALESCE(a.PartyAddress, '') AS PartyAddress,
+       COALESCE(a.PartyPhone, '') AS PartyPhone,
+       COALESCE(a.CareOf, '') AS CareOf,
        (SELECT SDate FROM LedgerPeriod) AS SDate,
        (SELECT EDate FROM LedgerPeriod) AS EDate
-FROM AccountPeriodTotals t
-LEFT JOIN AccountHeading ah ON ah.PartyCode = t.PartyCode
+FROM AllAccountPeriodTotals t
+LEFT JOIN tblPartyInfo a ON a.PartyCode = t.PartyCode
+LEFT JOIN tblPartyInfo g ON g.PartyCode = CAST(SUBSTR(a.PartyCode, 1, 6) || '000' AS CHAR(9))
+LEFT JOIN tblPartyInfo h ON h.PartyCode = CAST(SUBSTR(a.PartyCode, 1, 3) || '00-000' AS CHAR(9))
 WHERE t.PartyCode >= '14-10-000' AND t.PartyCode <= '18-99-999' AND t.PeriodCents > 0
