@@ -109,9 +109,7 @@ void TestAccountScreens::partyInfoLoads()
     QCOMPARE(f.mskSaleTax->maskText(), QStringLiteral("__-__-____-___-__"));
     QCOMPARE(f.mskNTN->maskText(), QStringLiteral("_______-_"));
     QCOMPARE(f.mskDate->maskText(), QStringLiteral("31/12/2025"));
-    QCOMPARE(f.cmbDBCR->count(), 2);
-    QCOMPARE(f.cmbDBCR->itemText(0), QStringLiteral("DR"));
-    QCOMPARE(f.cmbDBCR->itemText(1), QStringLiteral("CR"));
+    QCOMPARE(items(f.cmbDBCR), (QStringList{"DR", "CR"}));
     QCOMPARE(f.cmbDBCR->currentText(), QStringLiteral("DR"));
     QCOMPARE(f.cmbCareOf->currentText(), QStringLiteral("MR ALI"));
     QCOMPARE(f.txtDueDays->text(), QStringLiteral("0"));

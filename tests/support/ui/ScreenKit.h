@@ -3,6 +3,7 @@
 #include "foundation/ui/MenuRouter.h"
 
 #include <QApplication>
+#include <QComboBox>
 #include <QDir>
 #include <QMainWindow>
 #include <QMdiArea>
@@ -30,6 +31,14 @@ inline void shoot(QWidget *w, const QString &name)
     QDir().mkpath(dir);
     QApplication::processEvents();
     w->grab().save(QDir(dir).filePath(name + QStringLiteral(".png")));
+}
+
+inline QStringList items(const QComboBox *c)
+{
+    QStringList out;
+    for (int i = 0; i < c->count(); ++i)
+        out << c->itemText(i);
+    return out;
 }
 
 inline void click(QPushButton *b) { QTest::mouseClick(b, Qt::LeftButton); }

@@ -66,13 +66,7 @@ void typeLine(frmJournalVoucher *f, const QString &account, const QString &amoun
     f->txtAmount->setText(amount);
 }
 
-QStringList items(QComboBox *c)
-{
-    QStringList out;
-    for (int i = 0; i < c->count(); ++i)
-        out << c->itemText(i);
-    return out;
-}
+using ScreenKit::items;
 
 int gridRows(frmJournalVoucher *f) { return f->dgVoucher->model()->rowCount(); }
 
