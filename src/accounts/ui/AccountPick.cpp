@@ -94,8 +94,10 @@ void AccountPick::watchNameKeys()
 {
     if (m_name->lineEdit())
         m_name->lineEdit()->installEventFilter(this);
-    if (m_name->completer() && m_name->completer()->popup())
-        m_name->completer()->popup()->installEventFilter(this);
+    if (m_name->completer() && m_name->completer()->popup()) {
+        m_popup = m_name->completer()->popup();
+        m_popup->installEventFilter(this);
+    }
 }
 
 QString AccountPick::code() const { return m_lastCode; }
@@ -204,11 +206,12 @@ void AccountPick::pickFromSearch()
 bool AccountPick::eventFilter(QObject *watched, QEvent *event)
 {
     const bool onName = watched == m_name || (m_name && watched == m_name->lineEdit());
-    const bool onList = m_name && m_name->completer() && watched == m_name->completer()->popup();
-    if (onList && event->type() == QEvent::KeyPress) {
+    // Compared by the pointer kept when the list was watched: asking the
+    // combo for its completer here could reach a combo being destroyed.
+    if (event->type() == QEvent::KeyPress && m_popup && watched == m_popup.data()) {
         auto *key = static_cast<QKeyEvent *>(event);
         if (key->key() == Qt::Key_Escape && key->modifiers() == Qt::NoModifier) {
-            m_name->completer()->popup()->hide();
+            m_popup->hide();
             openSearch();
             return true;
         }

@@ -4,6 +4,7 @@
 #include <QPointer>
 #include <QString>
 
+class QAbstractItemView;
 class QComboBox;
 class QTableView;
 class MaskedLineEdit;
@@ -73,6 +74,7 @@ protected:
 
 private:
     void watchNameKeys();
+    QPointer<QAbstractItemView> m_popup;
     void nameChanged();
     void nameLeft();
     void codeChanged(bool leaving);
