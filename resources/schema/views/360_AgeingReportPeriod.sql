@@ -32,25 +32,36 @@ FROM (
                 ELSE s.DebitCents END AS OutstandingCents,
            CAST(julianday((SELECT EDate FROM LedgerPeriod)) - julianday(s.VDate) AS INTEGER) AS Days
     FROM (
-        SELECT v.PartyCode AS PartyCode,
-               COALESCE(pi.PartyName, v.PartyName) AS PartyName,
-               v.SrNo AS SrNo,
-               v.VoucherNo AS VoucherNo,
-               v.VDate AS VDate,
-               v.InvoiceNo AS InvoiceNo,
-               v.PartyDR AS PartyDR,
+        SELECT w.PartyCode AS PartyCode,
+               COALESCE(pi.PartyName, w.PartyName) AS PartyName,
+               w.SrNo AS SrNo,
+               w.VoucherNo AS VoucherNo,
+               w.VDate AS VDate,
+               w.InvoiceNo AS InvoiceNo,
+               w.PartyDR AS PartyDR,
                t.ClosingCents AS BalanceCents,
-               CAST(ROUND(v.PartyDR * 100) AS BIGINT) AS DebitCents,
-               COALESCE(SUM(CAST(ROUND(v.PartyDR * 100) AS BIGINT))
-                            OVER (PARTITION BY v.PartyCode ORDER BY v.VoucherNo DESC, v.SrNo DESC
-                                  ROWS BETWEEN UNBOUNDED PRECEDING AND 1 PRECEDING), 0) AS NewerCents,
-               ROW_NUMBER() OVER (PARTITION BY v.PartyCode ORDER BY v.VoucherNo, v.SrNo) AS OldestFirst
-        FROM tblPartyBalance v
-        CROSS JOIN AccountPeriodTotals t
-        LEFT JOIN tblPartyInfo pi ON pi.PartyCode = v.PartyCode
-        WHERE v.VoucherType = 'SV' AND v.PartyDR > 0
-          AND v.VDate <= (SELECT EDate FROM LedgerPeriod)
-          AND t.PartyCode = RTRIM(v.PartyCode) AND t.ClosingCents > 0
+               w.DebitCents AS DebitCents,
+               w.NewerCents AS NewerCents,
+               w.OldestFirst AS OldestFirst
+        FROM (
+            -- The sale invoices are picked from one pass over the ledger
+            -- and put in order once: newest first within each party, the
+            -- oldest counting 1 from the end.
+            SELECT v.PartyCode AS PartyCode, v.PartyName AS PartyName, v.SrNo AS SrNo,
+                   v.VoucherNo AS VoucherNo, v.VDate AS VDate, v.InvoiceNo AS InvoiceNo, v.PartyDR AS PartyDR,
+                   CAST(ROUND(v.PartyDR * 100) AS BIGINT) AS DebitCents,
+                   COALESCE(SUM(CAST(ROUND(v.PartyDR * 100) AS BIGINT))
+                                OVER (PARTITION BY v.PartyCode ORDER BY v.VoucherNo DESC, v.SrNo DESC
+                                      ROWS BETWEEN UNBOUNDED PRECEDING AND 1 PRECEDING), 0) AS NewerCents,
+                   COUNT(*) OVER (PARTITION BY v.PartyCode ORDER BY v.VoucherNo DESC, v.SrNo DESC
+                                  ROWS BETWEEN CURRENT ROW AND UNBOUNDED FOLLOWING) AS OldestFirst
+            FROM tblPartyBalance v NOT INDEXED
+            WHERE v.VoucherType = 'SV' AND v.PartyDR > 0
+              AND v.VDate <= (SELECT EDate FROM LedgerPeriod)
+        ) w
+        JOIN AllAccountPeriodTotals t ON t.PartyCode = RTRIM(w.PartyCode)
+        LEFT JOIN tblPartyInfo pi ON pi.PartyCode = w.PartyCode
+        WHERE t.ClosingCents > 0
     ) s
 ) a
 WHERE a.OutstandingCents > 0
