@@ -59,7 +59,16 @@ FROM (
             WHERE v.VoucherType = 'SV' AND v.PartyDR > 0
               AND v.VDate <= (SELECT EDate FROM LedgerPeriod)
         ) w
-        JOIN AllAccountPeriodTotals t ON t.PartyCode = RTRIM(w.PartyCode)
+        JOIN (
+            -- Each party's balance at the period's end, as AccountPeriodTotals
+            -- gives it (nothing when the period has no start), one amount a row.
+            SELECT RTRIM(b.PartyCode) AS PartyCode,
+                   CASE WHEN (SELECT SDate FROM LedgerPeriod) IS NULL THEN 0
+                        ELSE SUM(CAST(ROUND(b.PartyBalance * 100) AS BIGINT)) END AS ClosingCents
+            FROM tblPartyBalance b
+            WHERE b.VDate <= (SELECT EDate FROM LedgerPeriod)
+            GROUP BY RTRIM(b.PartyCode)
+        ) t ON t.PartyCode = RTRIM(w.PartyCode)
         LEFT JOIN tblPartyInfo pi ON pi.PartyCode = w.PartyCode
         WHERE t.ClosingCents > 0
     ) s
