@@ -22,7 +22,7 @@ Money total(SessionConnection &db, const QString &view, const QString &column, c
 
 qint64 count(SessionConnection &db, const QString &view)
 {
-    return db.scalar(QStringLiteral("SELECT COUNT(*) FROM %1").arg(view)).toLongLong();
+    return db.scalar(QStringLiteral("SELECT COUNT(*) FROM ") + view).toLongLong();
 }
 
 const QString kOutsideBalanceSheet = QStringLiteral("(PartyCode < '10-00-000' OR PartyCode > '20-01-999')");
@@ -125,7 +125,7 @@ private slots:
                                     .arg(view)).toLongLong(),
                      qint64(0));
             // The result line is what the accounts outside the sheet hold.
-            const Money result = sum(*db, QStringLiteral("SELECT PartyBalance FROM %1 WHERE LineKind = 1").arg(view));
+            const Money result = sum(*db, QStringLiteral("SELECT PartyBalance FROM ") + view + QStringLiteral(" WHERE LineKind = 1"));
             QCOMPARE(result, sum(*db, QStringLiteral("SELECT SUM(PartyBalance) FROM tblPartyBalance WHERE VDate <= ? AND ")
                                          + kOutsideBalanceSheet,
                                  {to}));
