@@ -62,6 +62,13 @@ const QVector<Table> &tables()
                    T("PartyEmail"), T("PartyDesc"), T("PartySaleTaxNo"), T("PartyNTN"), K("CareOf"),
                    I("DueDays"), K("UserName"), D("EntryDate")}});
         t.append({QStringLiteral("tblPartyBalance"), partyBalanceColumns()});
+        // The ledger's totals kept by the writer of its rows: an account's
+        // whole-year figures, and its figures a month (YearMonth =
+        // year * 100 + month, 0 for rows without a date), in cents.
+        t.append({QStringLiteral("tblAccountBalance"),
+                  {K("PartyCode"), I("DebitCents"), I("CreditCents"), I("BalanceCents"), I("RowCount")}});
+        t.append({QStringLiteral("tblAccountMonthBalance"),
+                  {K("PartyCode"), I("YearMonth"), I("DebitCents"), I("CreditCents"), I("BalanceCents"), I("RowCount")}});
         t.append({QStringLiteral("tblDBCR"), {K("PartyCode")}});
         t.append({QStringLiteral("tblCareOf"), {K("Name"), T("Designation"), K("UserName")}});
         t.append({QStringLiteral("tblTitleName"), {K("TitleName")}});
@@ -155,11 +162,18 @@ const QVector<Index> &indexes()
         {QStringLiteral("ixPartyBalanceCode"), QStringLiteral("tblPartyBalance"), QStringLiteral("PartyCode, VDate, PartyBalance"), false},
         {QStringLiteral("ixPartyBalanceVoucher"), QStringLiteral("tblPartyBalance"), QStringLiteral("VoucherType, VoucherNo, VDate"), false},
         {QStringLiteral("ixPartyBalanceDate"), QStringLiteral("tblPartyBalance"), QStringLiteral("VDate"), false},
+        // The sale-invoice debits alone, in the order the ageing lays a
+        // party's balance on them (newest first), with what it prints.
+        {QStringLiteral("ixPartyBalanceSaleInvoice"), QStringLiteral("tblPartyBalance"),
+         QStringLiteral("PartyCode, VoucherNo DESC, SrNo DESC, VDate, PartyDR, InvoiceNo, PartyName"), false,
+         QStringLiteral("VoucherType = 'SV' AND PartyDR > 0")},
         // The ledger views group and select accounts by the code without its
         // trailing blanks; the amounts ride along so that the statements add
         // up from the index alone.
         {QStringLiteral("ixPartyBalanceTrimCode"), QStringLiteral("tblPartyBalance"),
          QStringLiteral("(RTRIM(PartyCode)), VDate, PartyCode, PartyDR, PartyCR, PartyBalance"), false},
+        {QStringLiteral("uxAccountBalanceCode"), QStringLiteral("tblAccountBalance"), QStringLiteral("PartyCode"), true},
+        {QStringLiteral("uxAccountMonthBalance"), QStringLiteral("tblAccountMonthBalance"), QStringLiteral("PartyCode, YearMonth"), true},
         {QStringLiteral("uxPartyInfoCode"), QStringLiteral("tblPartyInfo"), QStringLiteral("PartyCode"), true},
         {QStringLiteral("uxPartyInfoName"), QStringLiteral("tblPartyInfo"), QStringLiteral("PartyName"), true},
         {QStringLiteral("ixInvoiceTitle"), QStringLiteral("tblInvoice"), QStringLiteral("TitleName, InvoiceNo"), false},
@@ -314,6 +328,60 @@ VersionCheck compareStamp(const QString &stored, const QString &client)
     return VersionCheck::Current;
 }
 
+QString ledgerMonthTotalsSql()
+{
+    return QStringLiteral(
+        "SELECT RTRIM(PartyCode) AS PartyCode, COALESCE(Year(VDate) * 100 + Month(VDate), 0) AS YearMonth, "
+        "COALESCE(SUM(CAST(ROUND(PartyDR * 100) AS BIGINT)), 0) AS DebitCents, "
+        "COALESCE(SUM(CAST(ROUND(PartyCR * 100) AS BIGINT)), 0) AS CreditCents, "
+        "COALESCE(SUM(CAST(ROUND(PartyBalance * 100) AS BIGINT)), 0) AS BalanceCents, "
+        "COUNT(*) AS RowCount "
+        "FROM tblPartyBalance WHERE PartyCode IS NOT NULL "
+        "GROUP BY RTRIM(PartyCode), COALESCE(Year(VDate) * 100 + Month(VDate), 0)");
+}
+
+void rebuildKeptBalances(SessionConnection &s)
+{
+    Transaction tx(s);
+    s.execute(QStringLiteral("DELETE FROM tblAccountMonthBalance"));
+    s.execute(QStringLiteral("DELETE FROM tblAccountBalance"));
+    s.execute(QStringLiteral("INSERT INTO tblAccountMonthBalance (PartyCode, YearMonth, DebitCents, CreditCents, "
+                             "BalanceCents, RowCount) ")
+              + ledgerMonthTotalsSql());
+    s.execute(QStringLiteral("INSERT INTO tblAccountBalance (PartyCode, DebitCents, CreditCents, BalanceCents, RowCount) "
+                             "SELECT PartyCode, SUM(DebitCents), SUM(CreditCents), SUM(BalanceCents), SUM(RowCount) "
+                             "FROM tblAccountMonthBalance GROUP BY PartyCode"));
+    tx.commit();
+}
+
+void refreshStatistics(SessionConnection &s)
+{
+    if (s.isSQLite()) {
+        // A sample of each index is enough for the planner and keeps this
+        // quick on a large year.
+        s.execute(QStringLiteral("PRAGMA analysis_limit = 1000"));
+        s.execute(QStringLiteral("ANALYZE"));
+    } else {
+        s.execute(QStringLiteral("ANALYZE"));
+    }
+}
+
+bool hasStatistics(SessionConnection &s)
+{
+    if (s.isSQLite())
+        return s.scalar(QStringLiteral("SELECT COUNT(*) FROM sqlite_master WHERE name = 'sqlite_stat1'")).toLongLong() > 0;
+    return s.scalar(QStringLiteral("SELECT COUNT(*) FROM pg_stat_user_tables WHERE relname = 'tblpartybalance' "
+                                   "AND (last_analyze IS NOT NULL OR last_autoanalyze IS NOT NULL)"))
+               .toLongLong()
+        > 0;
+}
+
+void ensureStatistics(SessionConnection &s)
+{
+    if (!hasStatistics(s))
+        refreshStatistics(s);
+}
+
 void ensure(SessionConnection &s)
 {
     const bool pg = s.isPostgres();
@@ -333,8 +401,9 @@ void ensure(SessionConnection &s)
         }
     }
     for (const Index &ix : indexes()) {
-        s.execute(QStringLiteral("CREATE %1INDEX IF NOT EXISTS %2 ON %3 (%4)")
-                      .arg(ix.unique ? QStringLiteral("UNIQUE ") : QString(), ix.name, ix.table, ix.columns));
+        s.execute(QStringLiteral("CREATE %1INDEX IF NOT EXISTS %2 ON %3 (%4)%5")
+                      .arg(ix.unique ? QStringLiteral("UNIQUE ") : QString(), ix.name, ix.table, ix.columns,
+                           ix.where.isEmpty() ? QString() : QStringLiteral(" WHERE ") + ix.where));
     }
     // Views are rebuilt from their files every time: drop in reverse order,
     // create in order (a view may stand on an earlier one).
@@ -344,11 +413,18 @@ void ensure(SessionConnection &s)
     for (const ViewFile &v : views)
         s.execute(v.sql);
 
-    if (!s.scalar(QStringLiteral("SELECT COUNT(*) FROM tblConfig")).toLongLong())
+    // A year from before this schema gets its kept balances from its rows.
+    const bool stamped = s.scalar(QStringLiteral("SELECT COUNT(*) FROM tblConfig")).toLongLong() > 0;
+    const bool older = !stamped || compareStamp(storedStamp(s)) == VersionCheck::Older;
+    if (older)
+        rebuildKeptBalances(s);
+    if (!stamped)
         s.execute(QStringLiteral("INSERT INTO tblConfig (UpdateStatus) VALUES (?)"), {QString::fromLatin1(kStamp)});
-    else if (compareStamp(storedStamp(s)) == VersionCheck::Older)
+    else if (older)
         s.execute(QStringLiteral("UPDATE tblConfig SET UpdateStatus = ?"), {QString::fromLatin1(kStamp)});
     tx.commit();
+    if (older)
+        refreshStatistics(s);
 }
 
 void createSessionObjects(SessionConnection &s)

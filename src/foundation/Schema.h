@@ -15,7 +15,7 @@ namespace Schema {
 
 // The stamp of the schema this program writes and understands. A database
 // stamped later was made by a newer program and is refused (see Version).
-inline constexpr const char *kStamp = "20261122";
+inline constexpr const char *kStamp = "20261123";
 
 enum class Type {
     Text,      // free text
@@ -46,6 +46,7 @@ struct Index
     QString table;
     QString columns; // comma separated
     bool unique = false;
+    QString where;   // a partial index: the rows it holds; empty for all
 };
 
 const QVector<Table> &tables();          // permanent tables
@@ -58,8 +59,22 @@ QString columnSql(const Column &c, bool postgres, bool staging);
 QString createTableSql(const Table &t, bool postgres, bool temporary);
 
 // Creates or upgrades the whole schema in one transaction and stamps
-// tblConfig.UpdateStatus with kStamp when the stored stamp is older.
+// tblConfig.UpdateStatus with kStamp when the stored stamp is older; an
+// older year gets its kept balances rebuilt and its statistics refreshed.
 void ensure(SessionConnection &session);
+// Each account's ledger figures a month, from the rows: PartyCode (without
+// trailing blanks), YearMonth (0 for rows without a date), DebitCents,
+// CreditCents, BalanceCents, Rows. What the kept balances must equal.
+QString ledgerMonthTotalsSql();
+// Makes the kept balances (tblAccountBalance, tblAccountMonthBalance) anew
+// from the ledger rows, in one transaction.
+void rebuildKeptBalances(SessionConnection &session);
+// Brings the planner's statistics up to date: after a bulk load, an
+// upgrade, an end of year. ensureStatistics() makes them only when the
+// year has none.
+void refreshStatistics(SessionConnection &session);
+bool hasStatistics(SessionConnection &session);
+void ensureStatistics(SessionConnection &session);
 // The session's private staging tables and the views over them.
 void createSessionObjects(SessionConnection &session);
 

@@ -46,6 +46,7 @@ void connectDatabase(Session &s, const ConnectionProfile &profile, const QString
     options.password = password;
     std::unique_ptr<SessionConnection> db = SessionConnection::open(profile, databaseName, options);
     versionGate(*db, true);
+    Schema::ensureStatistics(*db);
     s.connection = std::move(db);
     s.profileName = profile.name;
     s.serverAddress = serverAddress(profile);

@@ -1,5 +1,6 @@
 #include "vouchers/DemoGenerator.h"
 
+#include "foundation/Schema.h"
 #include "foundation/SessionConnection.h"
 
 #include <QElapsedTimer>
@@ -138,6 +139,8 @@ DemoSummary DemoGenerator::run()
         c.flush();
     }
     tx.commit();
+    // A year filled at once: the planner needs to know its new size.
+    Schema::refreshStatistics(m_db);
     DemoSummary s;
     s.accounts = c.chart.accountCount();
     s.vouchers = c.vouchers;

@@ -69,7 +69,10 @@ qint64 LedgerWriter::insert(const LedgerRow &row)
 {
     QVariantList p;
     appendParams(p, row, m_user, m_entryDate);
-    return m_db.insertReturningKey(kInsertHead + kRowPlaces, p);
+    const qint64 srNo = m_db.insertReturningKey(kInsertHead + kRowPlaces, p);
+    keepRow(row, 1);
+    applyKept();
+    return srNo;
 }
 
 namespace {
@@ -137,9 +140,12 @@ void LedgerWriter::insertArrays(const QVector<LedgerRow> &rows, int start, int n
 
 void LedgerWriter::insertMany(const QVector<LedgerRow> &rows)
 {
+    for (const LedgerRow &r : rows)
+        keepRow(r, 1);
     if (m_db.isPostgres() && rows.size() >= kArrayThreshold) {
         for (int start = 0; start < rows.size(); start += kArrayChunk)
             insertArrays(rows, start, qMin(kArrayChunk, int(rows.size()) - start));
+        applyKept();
         return;
     }
     const int chunk = rowsPerStatement();
@@ -164,41 +170,195 @@ void LedgerWriter::insertMany(const QVector<LedgerRow> &rows)
             appendParams(p, rows.at(start + i), m_user, m_entryDate);
         m_db.execute(sql, p);
     }
+    applyKept();
 }
+
+namespace {
+
+const QString kAmountColumns = QStringLiteral("PartyCode, VDate, PartyDR, PartyCR, PartyBalance");
+
+} // namespace
 
 bool LedgerWriter::update(qint64 srNo, const VoucherKey &guard, const LedgerRow &r)
 {
-    return m_db.execute(QStringLiteral("UPDATE tblPartyBalance SET InvoiceNo = ?, PartyCode = ?, PartyName = ?, "
-                                       "VoucherType = ?, VoucherNo = ?, VDate = ?, PartyDR = ?, PartyCR = ?, "
-                                       "PartyBalance = ?, PartyDesc = ?, UserName = ?, EntryDate = ? "
-                                       "WHERE SrNo = ? AND VoucherType = ? AND VoucherNo = ? AND VDate = ?"),
-                        {nullableText(r.invoiceNo), r.partyCode, r.partyName, r.voucherType, r.voucherNo, r.vDate,
-                         r.partyDR.toVariant(), r.partyCR.toVariant(), r.partyBalance().toVariant(),
-                         nullableText(r.partyDesc), m_user, m_entryDate, srNo, guard.type, guard.number, guard.date})
+    // The row as it stands, locked until the transaction ends, so that the
+    // amounts taken off the kept balances are the ones being replaced.
+    const QString lock = m_db.isPostgres() ? QStringLiteral(" FOR UPDATE") : QString();
+    const std::optional<Row> old = m_db.selectOne(
+        QStringLiteral("SELECT ") + kAmountColumns
+            + QStringLiteral(" FROM tblPartyBalance WHERE SrNo = ? AND VoucherType = ? AND VoucherNo = ? AND VDate = ?")
+            + lock,
+        {srNo, guard.type, guard.number, guard.date});
+    if (!old)
+        return false;
+    const bool done = m_db.execute(QStringLiteral("UPDATE tblPartyBalance SET InvoiceNo = ?, PartyCode = ?, PartyName = ?, "
+                                                  "VoucherType = ?, VoucherNo = ?, VDate = ?, PartyDR = ?, PartyCR = ?, "
+                                                  "PartyBalance = ?, PartyDesc = ?, UserName = ?, EntryDate = ? "
+                                                  "WHERE SrNo = ?"),
+                                   {nullableText(r.invoiceNo), r.partyCode, r.partyName, r.voucherType, r.voucherNo,
+                                    r.vDate, r.partyDR.toVariant(), r.partyCR.toVariant(), r.partyBalance().toVariant(),
+                                    nullableText(r.partyDesc), m_user, m_entryDate, srNo})
         > 0;
+    if (!done)
+        return false;
+    keep(old->text(0), old->date(1), old->moneyOrZero(QStringLiteral("PartyDR")),
+         old->moneyOrZero(QStringLiteral("PartyCR")), old->moneyOrZero(QStringLiteral("PartyBalance")), -1);
+    keepRow(r, 1);
+    applyKept();
+    return true;
+}
+
+int LedgerWriter::removeReturning(const QString &deleteSql, const QVariantList &params)
+{
+    const QueryResult gone = m_db.select(deleteSql + QStringLiteral(" RETURNING ") + kAmountColumns, params);
+    for (const Row &old : gone)
+        keep(old.text(0), old.date(1), old.moneyOrZero(QStringLiteral("PartyDR")),
+             old.moneyOrZero(QStringLiteral("PartyCR")), old.moneyOrZero(QStringLiteral("PartyBalance")), -1);
+    applyKept();
+    return gone.size();
 }
 
 bool LedgerWriter::remove(qint64 srNo, const VoucherKey &guard)
 {
-    return m_db.execute(QStringLiteral("DELETE FROM tblPartyBalance WHERE SrNo = ? AND VoucherType = ? "
-                                       "AND VoucherNo = ? AND VDate = ?"),
-                        {srNo, guard.type, guard.number, guard.date})
+    return removeReturning(QStringLiteral("DELETE FROM tblPartyBalance WHERE SrNo = ? AND VoucherType = ? "
+                                          "AND VoucherNo = ? AND VDate = ?"),
+                           {srNo, guard.type, guard.number, guard.date})
         > 0;
+}
+
+int LedgerWriter::removeAccountRows(const VoucherKey &voucher, const QString &partyCode)
+{
+    return removeReturning(QStringLiteral("DELETE FROM tblPartyBalance WHERE VoucherType = ? AND VoucherNo = ? "
+                                          "AND VDate = ? AND PartyCode = ?"),
+                           {voucher.type, voucher.number, voucher.date, partyCode});
+}
+
+int LedgerWriter::removeEmptyRows()
+{
+    return removeReturning(QStringLiteral("DELETE FROM tblPartyBalance WHERE PartyDR = 0 AND PartyCR = 0 "
+                                          "AND PartyBalance = 0 AND VoucherType <> 'JV'"),
+                           {});
+}
+
+void LedgerWriter::endBatch()
+{
+    if (m_batchDepth > 0)
+        --m_batchDepth;
+    applyKept();
+}
+
+void LedgerWriter::keep(const QString &code, const QDate &date, Money dr, Money cr, Money balance, int sign)
+{
+    QString key = code;
+    while (key.endsWith(QLatin1Char(' ')))
+        key.chop(1);
+    const int month = date.isValid() ? date.year() * 100 + date.month() : 0;
+    KeptDelta &d = m_pending[{key, month}];
+    d.debitCents += sign * dr.cents();
+    d.creditCents += sign * cr.cents();
+    d.balanceCents += sign * balance.cents();
+    d.rows += sign;
+}
+
+namespace {
+
+// Adds the deltas to a kept table, a few hundred rows a statement, in the
+// order given.
+void upsertKept(SessionConnection &db, const QString &table, bool byMonth,
+                const QVector<QPair<QPair<QString, int>, QVector<qint64>>> &rows)
+{
+    const int perRow = byMonth ? 6 : 5;
+    const int chunk = 200;
+    const QString cols = byMonth ? QStringLiteral("PartyCode, YearMonth, DebitCents, CreditCents, BalanceCents, RowCount")
+                                 : QStringLiteral("PartyCode, DebitCents, CreditCents, BalanceCents, RowCount");
+    const QString places = byMonth ? QStringLiteral("(?, ?, ?, ?, ?, ?)") : QStringLiteral("(?, ?, ?, ?, ?)");
+    const QString conflict = byMonth ? QStringLiteral("PartyCode, YearMonth") : QStringLiteral("PartyCode");
+    QString set;
+    for (const char *c : {"DebitCents", "CreditCents", "BalanceCents", "RowCount"}) {
+        if (!set.isEmpty())
+            set += QStringLiteral(", ");
+        set += QStringLiteral("%1 = %2.%1 + excluded.%1").arg(QLatin1String(c), table);
+    }
+    for (int start = 0; start < rows.size(); start += chunk) {
+        const int n = qMin(chunk, int(rows.size()) - start);
+        QStringList values;
+        QVariantList p;
+        p.reserve(n * perRow);
+        for (int i = start; i < start + n; ++i) {
+            const auto &r = rows.at(i);
+            values << places;
+            p << r.first.first;
+            if (byMonth)
+                p << r.first.second;
+            for (qint64 v : r.second)
+                p << v;
+        }
+        db.execute(QStringLiteral("INSERT INTO ") + table + QStringLiteral(" (") + cols + QStringLiteral(") VALUES ")
+                       + values.join(QStringLiteral(", ")) + QStringLiteral(" ON CONFLICT (") + conflict
+                       + QStringLiteral(") DO UPDATE SET ") + set,
+                   p);
+    }
+}
+
+} // namespace
+
+void LedgerWriter::applyKept()
+{
+    if (m_batchDepth > 0 || m_pending.isEmpty())
+        return;
+    // Accounts first, then their months, each in code order: every writer
+    // takes the kept rows it needs in the same order.
+    QVector<QPair<QPair<QString, int>, QVector<qint64>>> months, accounts;
+    for (auto it = m_pending.cbegin(); it != m_pending.cend(); ++it) {
+        const KeptDelta &d = it.value();
+        if (!d.debitCents && !d.creditCents && !d.balanceCents && !d.rows)
+            continue;
+        months.append({it.key(), {d.debitCents, d.creditCents, d.balanceCents, d.rows}});
+        if (accounts.isEmpty() || accounts.last().first.first != it.key().first) {
+            accounts.append({{it.key().first, 0}, {0, 0, 0, 0}});
+        }
+        QVector<qint64> &sum = accounts.last().second;
+        sum[0] += d.debitCents;
+        sum[1] += d.creditCents;
+        sum[2] += d.balanceCents;
+        sum[3] += d.rows;
+    }
+    m_pending.clear();
+    upsertKept(m_db, QStringLiteral("tblAccountBalance"), false, accounts);
+    upsertKept(m_db, QStringLiteral("tblAccountMonthBalance"), true, months);
 }
 
 namespace Ledger {
 
 std::optional<Money> accountBalance(SessionConnection &db, const QString &partyCode)
 {
-    return db.scalarMoney(QStringLiteral("SELECT SUM(PartyBalance) FROM tblPartyBalance WHERE PartyCode = ?"),
-                          {partyCode});
+    // The kept balance: one row read, however long the account's ledger.
+    const std::optional<Row> r = db.selectOne(
+        QStringLiteral("SELECT BalanceCents, RowCount FROM tblAccountBalance WHERE PartyCode = ?"), {partyCode});
+    if (!r || r->integer(1) <= 0)
+        return std::nullopt;
+    return Money::fromCents(r->integer(0));
 }
 
 std::optional<Money> accountBalanceBefore(SessionConnection &db, const QString &partyCode, const QDate &date)
 {
-    return db.scalarMoney(QStringLiteral("SELECT SUM(PartyBalance) FROM tblPartyBalance "
-                                         "WHERE PartyCode = ? AND VDate < ?"),
-                          {partyCode, date});
+    if (!date.isValid())
+        return std::nullopt;
+    // The whole months before the date's from the kept months, the days of
+    // its own month before it from the rows.
+    const QDate monthStart(date.year(), date.month(), 1);
+    const std::optional<Row> kept = db.selectOne(
+        QStringLiteral("SELECT COALESCE(SUM(BalanceCents), 0), COALESCE(SUM(RowCount), 0) FROM tblAccountMonthBalance "
+                       "WHERE PartyCode = ? AND YearMonth > 0 AND YearMonth < ?"),
+        {partyCode, date.year() * 100 + date.month()});
+    const std::optional<Row> days = db.selectOne(
+        QStringLiteral("SELECT SUM(PartyBalance), COUNT(*) FROM tblPartyBalance "
+                       "WHERE PartyCode = ? AND VDate >= ? AND VDate < ?"),
+        {partyCode, monthStart, date});
+    const qint64 rows = (kept ? kept->integer(1) : 0) + (days ? days->integer(1) : 0);
+    if (rows <= 0)
+        return std::nullopt;
+    return Money::fromCents(kept ? kept->integer(0) : 0) + (days ? days->money(0).value_or(Money()) : Money());
 }
 
 QString balanceText(const std::optional<Money> &balance)

@@ -3,6 +3,8 @@
 #include "foundation/Money.h"
 
 #include <QDate>
+#include <QMap>
+#include <QPair>
 #include <QString>
 #include <QVector>
 #include <optional>
@@ -49,6 +51,12 @@ struct LedgerRow
 // Writes ledger rows stamped with the user and the entry date. Every
 // posting of the program goes through here; the caller holds the
 // transaction.
+//
+// The writer also keeps each account's balance (tblAccountBalance) and its
+// balance a month (tblAccountMonthBalance) equal to the rows, in the same
+// transaction: nothing else may write, change or delete a ledger row. The
+// kept rows are updated in one fixed order (code, then month), so that two
+// workstations posting at once wait for each other but never deadlock.
 class LedgerWriter
 {
 public:
@@ -64,6 +72,17 @@ public:
     bool update(qint64 srNo, const VoucherKey &guard, const LedgerRow &row);
     // Removes the row `srNo` of the voucher `guard`; false when not found.
     bool remove(qint64 srNo, const VoucherKey &guard);
+    // Removes the voucher's rows on one account; returns how many.
+    int removeAccountRows(const VoucherKey &voucher, const QString &partyCode);
+    // Removes the rows with no amount at all, except those of journal
+    // vouchers; returns how many.
+    int removeEmptyRows();
+
+    // Several writes as one: between beginBatch() and endBatch() the kept
+    // balances wait, and endBatch() moves them once, in order. Call
+    // endBatch() before the transaction commits.
+    void beginBatch() { ++m_batchDepth; }
+    void endBatch();
 
     static int rowsPerStatement() { return 400; }
 
@@ -73,11 +92,28 @@ public:
     static constexpr int kArrayChunk = 5000;
 
 private:
+    struct KeptDelta
+    {
+        qint64 debitCents = 0;
+        qint64 creditCents = 0;
+        qint64 balanceCents = 0;
+        qint64 rows = 0;
+    };
+    using KeptKey = QPair<QString, int>; // code without trailing blanks, year * 100 + month
+
     void insertArrays(const QVector<LedgerRow> &rows, int start, int n);
+    void keep(const QString &code, const QDate &date, Money dr, Money cr, Money balance, int sign);
+    void keepRow(const LedgerRow &row, int sign) { keep(row.partyCode, row.vDate, row.partyDR, row.partyCR, row.partyBalance(), sign); }
+    // Runs a DELETE ... RETURNING of the ledger's amount columns and takes
+    // the rows it removed off the kept balances.
+    int removeReturning(const QString &deleteSql, const QVariantList &params);
+    void applyKept();
 
     SessionConnection &m_db;
     QString m_user;
     QDate m_entryDate;
+    QMap<KeptKey, KeptDelta> m_pending; // in the order the kept rows are locked
+    int m_batchDepth = 0;
 };
 
 // Look-ups on the ledger that the posting screens share.

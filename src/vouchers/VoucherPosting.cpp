@@ -110,6 +110,7 @@ PostingOutcome VoucherPosting::saveModified(const VoucherKey &original, const Vo
         return refused(VoucherMessages::kDuplicate, PostingOutcome::Fault::Number);
 
     LedgerWriter writer(m_db, m_user, m_today);
+    writer.beginBatch();
     PostingOutcome out;
     QVector<LedgerRow> inserts;
     for (const VoucherLine &l : all) {
@@ -136,6 +137,7 @@ PostingOutcome VoucherPosting::saveModified(const VoucherKey &original, const Vo
     if (cash)
         inserts << *cash; // a cash voucher that had lost its cash row gets it back
     writer.insertMany(inserts);
+    writer.endBatch();
     out.rowsWritten += inserts.size();
     settleCheques(all);
     staging.clear();
@@ -152,6 +154,7 @@ PostingOutcome VoucherPosting::deleteVoucher(const VoucherKey &original)
     Transaction tx(m_db);
     VoucherStaging staging(m_db);
     LedgerWriter writer(m_db, m_user, m_today);
+    writer.beginBatch();
     PostingOutcome out;
     for (const VoucherLine &l : staging.lines(false)) {
         if (l.state == QLatin1String("INSERT"))
@@ -159,14 +162,11 @@ PostingOutcome VoucherPosting::deleteVoucher(const VoucherKey &original)
         if (writer.remove(l.srNo, original))
             ++out.rowsWritten;
     }
-    if (VoucherRules::addsCashRow(original.type)) {
-        out.rowsWritten += m_db.execute(QStringLiteral("DELETE FROM tblPartyBalance WHERE VoucherType = ? AND "
-                                                       "VoucherNo = ? AND VDate = ? AND PartyCode = ?"),
-                                        {original.type, original.number, original.date, Ledger::kCashCode});
-    }
+    if (VoucherRules::addsCashRow(original.type))
+        out.rowsWritten += writer.removeAccountRows(original, Ledger::kCashCode);
     staging.clear();
-    m_db.execute(QStringLiteral("DELETE FROM tblPartyBalance WHERE PartyDR = 0 AND PartyCR = 0 AND PartyBalance = 0 "
-                                "AND VoucherType <> 'JV'"));
+    writer.removeEmptyRows();
+    writer.endBatch();
     tx.commit();
     out.posted = true;
     out.message = VoucherMessages::kDeleted;
