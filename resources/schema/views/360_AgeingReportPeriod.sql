@@ -4,7 +4,11 @@
 -- first, by invoice number; an invoice older than those the balance covers
 -- is paid. What of the balance lies beyond all its invoices (an opening
 -- balance, say) stays with the oldest invoice, so that a party's buckets
--- add up to its balance.
+-- add up to its balance. With no start to the period the balance is taken
+-- from the first posting.
+-- The invoices come from the index that holds only the sale-invoice debits,
+-- already in each party's order, and the balances only for the parties
+-- ("14-10-000" to "18-99-999") from the index on the code.
 --@sqlite
 CREATE VIEW AgeingReportPeriod AS
 SELECT a.PartyCode AS PartyCode,
@@ -44,9 +48,16 @@ FROM (
                w.NewerCents AS NewerCents,
                w.OldestFirst AS OldestFirst
         FROM (
-            -- The sale invoices are picked from one pass over the ledger
-            -- and put in order once: newest first within each party, the
-            -- oldest counting 1 from the end.
+            -- Each party's balance at the period's end, one amount a row.
+            SELECT RTRIM(b.PartyCode) AS PartyCode,
+                   SUM(CASE WHEN b.VDate <= (SELECT EDate FROM LedgerPeriod) THEN CAST(ROUND(b.PartyBalance * 100) AS BIGINT) ELSE 0 END) AS ClosingCents
+            FROM tblPartyBalance b INDEXED BY ixPartyBalanceTrimCode
+            WHERE RTRIM(b.PartyCode) >= '14-10-000' AND RTRIM(b.PartyCode) <= '18-99-999'
+            GROUP BY RTRIM(b.PartyCode)
+        ) t
+        JOIN (
+            -- Newest first within each party, the oldest counting 1 from
+            -- the end.
             SELECT v.PartyCode AS PartyCode, v.PartyName AS PartyName, v.SrNo AS SrNo,
                    v.VoucherNo AS VoucherNo, v.VDate AS VDate, v.InvoiceNo AS InvoiceNo, v.PartyDR AS PartyDR,
                    CAST(ROUND(v.PartyDR * 100) AS BIGINT) AS DebitCents,
@@ -55,20 +66,10 @@ FROM (
                                       ROWS BETWEEN UNBOUNDED PRECEDING AND 1 PRECEDING), 0) AS NewerCents,
                    COUNT(*) OVER (PARTITION BY v.PartyCode ORDER BY v.VoucherNo DESC, v.SrNo DESC
                                   ROWS BETWEEN CURRENT ROW AND UNBOUNDED FOLLOWING) AS OldestFirst
-            FROM tblPartyBalance v NOT INDEXED
+            FROM tblPartyBalance v INDEXED BY ixPartyBalanceSaleInvoice
             WHERE v.VoucherType = 'SV' AND v.PartyDR > 0
               AND v.VDate <= (SELECT EDate FROM LedgerPeriod)
-        ) w
-        JOIN (
-            -- Each party's balance at the period's end, as AccountPeriodTotals
-            -- gives it (nothing when the period has no start), one amount a row.
-            SELECT RTRIM(b.PartyCode) AS PartyCode,
-                   CASE WHEN (SELECT SDate FROM LedgerPeriod) IS NULL THEN 0
-                        ELSE SUM(CAST(ROUND(b.PartyBalance * 100) AS BIGINT)) END AS ClosingCents
-            FROM tblPartyBalance b
-            WHERE b.VDate <= (SELECT EDate FROM LedgerPeriod)
-            GROUP BY RTRIM(b.PartyCode)
-        ) t ON t.PartyCode = RTRIM(w.PartyCode)
+        ) w ON RTRIM(w.PartyCode) = t.PartyCode
         LEFT JOIN tblPartyInfo pi ON pi.PartyCode = w.PartyCode
         WHERE t.ClosingCents > 0
     ) s
@@ -101,25 +102,42 @@ FROM (
                 ELSE s.DebitCents END AS OutstandingCents,
            ((SELECT EDate FROM LedgerPeriod) - s.VDate) AS Days
     FROM (
-        SELECT v.PartyCode AS PartyCode,
-               COALESCE(pi.PartyName, v.PartyName) AS PartyName,
-               v.SrNo AS SrNo,
-               v.VoucherNo AS VoucherNo,
-               v.VDate AS VDate,
-               v.InvoiceNo AS InvoiceNo,
-               v.PartyDR AS PartyDR,
+        SELECT w.PartyCode AS PartyCode,
+               COALESCE(pi.PartyName, w.PartyName) AS PartyName,
+               w.SrNo AS SrNo,
+               w.VoucherNo AS VoucherNo,
+               w.VDate AS VDate,
+               w.InvoiceNo AS InvoiceNo,
+               w.PartyDR AS PartyDR,
                t.ClosingCents AS BalanceCents,
-               CAST(ROUND(v.PartyDR * 100) AS BIGINT) AS DebitCents,
-               COALESCE(SUM(CAST(ROUND(v.PartyDR * 100) AS BIGINT))
-                            OVER (PARTITION BY v.PartyCode ORDER BY v.VoucherNo DESC, v.SrNo DESC
-                                  ROWS BETWEEN UNBOUNDED PRECEDING AND 1 PRECEDING), 0) AS NewerCents,
-               ROW_NUMBER() OVER (PARTITION BY v.PartyCode ORDER BY v.VoucherNo, v.SrNo) AS OldestFirst
-        FROM tblPartyBalance v
-        CROSS JOIN AccountPeriodTotals t
-        LEFT JOIN tblPartyInfo pi ON pi.PartyCode = v.PartyCode
-        WHERE v.VoucherType = 'SV' AND v.PartyDR > 0
-          AND v.VDate <= (SELECT EDate FROM LedgerPeriod)
-          AND t.PartyCode = RTRIM(v.PartyCode) AND t.ClosingCents > 0
+               w.DebitCents AS DebitCents,
+               w.NewerCents AS NewerCents,
+               w.OldestFirst AS OldestFirst
+        FROM (
+            -- Each party's balance at the period's end, one amount a row.
+            SELECT RTRIM(b.PartyCode) AS PartyCode,
+                   SUM(CASE WHEN b.VDate <= (SELECT EDate FROM LedgerPeriod) THEN b.PartyBalance ELSE 0 END) * 100 AS ClosingCents
+            FROM tblPartyBalance b
+            WHERE RTRIM(b.PartyCode) >= '14-10-000' AND RTRIM(b.PartyCode) <= '18-99-999'
+            GROUP BY RTRIM(b.PartyCode)
+        ) t
+        JOIN (
+            -- Newest first within each party, the oldest counting 1 from
+            -- the end.
+            SELECT v.PartyCode AS PartyCode, v.PartyName AS PartyName, v.SrNo AS SrNo,
+                   v.VoucherNo AS VoucherNo, v.VDate AS VDate, v.InvoiceNo AS InvoiceNo, v.PartyDR AS PartyDR,
+                   CAST(ROUND(v.PartyDR * 100) AS BIGINT) AS DebitCents,
+                   COALESCE(SUM(CAST(ROUND(v.PartyDR * 100) AS BIGINT))
+                                OVER (PARTITION BY v.PartyCode ORDER BY v.VoucherNo DESC, v.SrNo DESC
+                                      ROWS BETWEEN UNBOUNDED PRECEDING AND 1 PRECEDING), 0) AS NewerCents,
+                   COUNT(*) OVER (PARTITION BY v.PartyCode ORDER BY v.VoucherNo DESC, v.SrNo DESC
+                                  ROWS BETWEEN CURRENT ROW AND UNBOUNDED FOLLOWING) AS OldestFirst
+            FROM tblPartyBalance v
+            WHERE v.VoucherType = 'SV' AND v.PartyDR > 0
+              AND v.VDate <= (SELECT EDate FROM LedgerPeriod)
+        ) w ON RTRIM(w.PartyCode) = t.PartyCode
+        LEFT JOIN tblPartyInfo pi ON pi.PartyCode = w.PartyCode
+        WHERE t.ClosingCents > 0
     ) s
 ) a
 WHERE a.OutstandingCents > 0
