@@ -5,50 +5,66 @@
 -- no row; with no start to the period nothing is brought forward or moved.
 -- The statements are built on this view.
 -- Each account's rows are read once, in code order, from the index on
--- RTRIM(PartyCode), which carries the date and the amounts: there is no
--- condition on the date for the planner to take another index for, so the
--- plan is the same with or without statistics, and a filter on the code
--- reaches that index on every engine. The account's name is the chart's
+-- RTRIM(PartyCode), which carries the date and the amounts, and split at
+-- the period's start by conditional sums; the movement is the balance at
+-- the end less the one brought forward. A filter on the code reaches that
+-- index on every engine. The account's name is the chart's
 -- (AccountHeading).
--- SQLite holds amounts as binary numbers, so each is turned into cents
--- before it is added; PostgreSQL adds its exact decimals and scales the sum.
+-- SQLite holds amounts as binary numbers, so each is rounded to whole cents
+-- before it is added (a sum of whole numbers is exact); the index is named,
+-- so that the plan is the same with or without statistics. PostgreSQL adds
+-- its exact decimals and scales the sum; it has no condition on the date,
+-- so its plan is one pass whatever its statistics say.
 --@sqlite
 CREATE VIEW AccountPeriodTotals AS
-SELECT RTRIM(b.PartyCode) AS PartyCode,
+SELECT t.PartyCode AS PartyCode,
        CAST('' AS TEXT) AS PartyName,
-       MAX(CASE WHEN b.VDate <= (SELECT EDate FROM LedgerPeriod) THEN b.VDate END) AS VDate,
-       SUM(CASE WHEN b.VDate < (SELECT SDate FROM LedgerPeriod) AND b.VDate <= (SELECT EDate FROM LedgerPeriod)
-                THEN CAST(ROUND(b.PartyBalance * 100) AS BIGINT) ELSE 0 END) AS OpeningCents,
-       SUM(CASE WHEN b.VDate >= (SELECT SDate FROM LedgerPeriod) AND b.VDate <= (SELECT EDate FROM LedgerPeriod)
-                THEN CAST(ROUND(b.PartyDR * 100) AS BIGINT) ELSE 0 END) AS DebitCents,
-       SUM(CASE WHEN b.VDate >= (SELECT SDate FROM LedgerPeriod) AND b.VDate <= (SELECT EDate FROM LedgerPeriod)
-                THEN CAST(ROUND(b.PartyCR * 100) AS BIGINT) ELSE 0 END) AS CreditCents,
-       SUM(CASE WHEN b.VDate >= (SELECT SDate FROM LedgerPeriod) AND b.VDate <= (SELECT EDate FROM LedgerPeriod)
-                THEN CAST(ROUND(b.PartyBalance * 100) AS BIGINT) ELSE 0 END) AS PeriodCents,
-       SUM(CASE WHEN (SELECT SDate FROM LedgerPeriod) IS NOT NULL AND b.VDate <= (SELECT EDate FROM LedgerPeriod)
-                THEN CAST(ROUND(b.PartyBalance * 100) AS BIGINT) ELSE 0 END) AS ClosingCents,
-       SUM(CASE WHEN b.VDate >= (SELECT SDate FROM LedgerPeriod) AND b.VDate <= (SELECT EDate FROM LedgerPeriod)
-                THEN 1 ELSE 0 END) AS PeriodRows
-FROM tblPartyBalance b INDEXED BY ixPartyBalanceTrimCode
-GROUP BY RTRIM(b.PartyCode)
-HAVING MAX(CASE WHEN b.VDate <= (SELECT EDate FROM LedgerPeriod) THEN b.VDate END) IS NOT NULL
+       t.VDate AS VDate,
+       t.OpeningCents AS OpeningCents,
+       t.DebitCents AS DebitCents,
+       t.CreditCents AS CreditCents,
+       CASE WHEN (SELECT SDate FROM LedgerPeriod) IS NULL THEN 0 ELSE t.AllCents - t.OpeningCents END AS PeriodCents,
+       CASE WHEN (SELECT SDate FROM LedgerPeriod) IS NULL THEN 0 ELSE t.AllCents END AS ClosingCents,
+       t.PeriodRows AS PeriodRows
+FROM (
+    SELECT RTRIM(b.PartyCode) AS PartyCode,
+           MAX(b.VDate) AS VDate,
+           CAST(COALESCE(SUM(CASE WHEN b.VDate < (SELECT SDate FROM LedgerPeriod)
+                                  THEN ROUND(b.PartyBalance * 100) END), 0) AS BIGINT) AS OpeningCents,
+           CAST(COALESCE(SUM(CASE WHEN b.VDate >= (SELECT SDate FROM LedgerPeriod)
+                                  THEN ROUND(b.PartyDR * 100) END), 0) AS BIGINT) AS DebitCents,
+           CAST(COALESCE(SUM(CASE WHEN b.VDate >= (SELECT SDate FROM LedgerPeriod)
+                                  THEN ROUND(b.PartyCR * 100) END), 0) AS BIGINT) AS CreditCents,
+           CAST(COALESCE(SUM(ROUND(b.PartyBalance * 100)), 0) AS BIGINT) AS AllCents,
+           COALESCE(SUM(b.VDate >= (SELECT SDate FROM LedgerPeriod)), 0) AS PeriodRows
+    FROM tblPartyBalance b INDEXED BY ixPartyBalanceTrimCode
+    WHERE b.VDate <= (SELECT EDate FROM LedgerPeriod)
+    GROUP BY RTRIM(b.PartyCode)
+) t
 --@postgres
 CREATE VIEW AccountPeriodTotals AS
-SELECT RTRIM(b.PartyCode) AS PartyCode,
+SELECT t.PartyCode AS PartyCode,
        CAST('' AS TEXT) AS PartyName,
-       MAX(CASE WHEN b.VDate <= (SELECT EDate FROM LedgerPeriod) THEN b.VDate END) AS VDate,
-       SUM(CASE WHEN b.VDate < (SELECT SDate FROM LedgerPeriod) AND b.VDate <= (SELECT EDate FROM LedgerPeriod)
-                THEN b.PartyBalance ELSE 0 END) * 100 AS OpeningCents,
-       SUM(CASE WHEN b.VDate >= (SELECT SDate FROM LedgerPeriod) AND b.VDate <= (SELECT EDate FROM LedgerPeriod)
-                THEN b.PartyDR ELSE 0 END) * 100 AS DebitCents,
-       SUM(CASE WHEN b.VDate >= (SELECT SDate FROM LedgerPeriod) AND b.VDate <= (SELECT EDate FROM LedgerPeriod)
-                THEN b.PartyCR ELSE 0 END) * 100 AS CreditCents,
-       SUM(CASE WHEN b.VDate >= (SELECT SDate FROM LedgerPeriod) AND b.VDate <= (SELECT EDate FROM LedgerPeriod)
-                THEN b.PartyBalance ELSE 0 END) * 100 AS PeriodCents,
-       SUM(CASE WHEN (SELECT SDate FROM LedgerPeriod) IS NOT NULL AND b.VDate <= (SELECT EDate FROM LedgerPeriod)
-                THEN b.PartyBalance ELSE 0 END) * 100 AS ClosingCents,
-       SUM(CASE WHEN b.VDate >= (SELECT SDate FROM LedgerPeriod) AND b.VDate <= (SELECT EDate FROM LedgerPeriod)
-                THEN 1 ELSE 0 END) AS PeriodRows
-FROM tblPartyBalance b
-GROUP BY RTRIM(b.PartyCode)
-HAVING MAX(CASE WHEN b.VDate <= (SELECT EDate FROM LedgerPeriod) THEN b.VDate END) IS NOT NULL
+       t.VDate AS VDate,
+       t.OpeningCents AS OpeningCents,
+       t.DebitCents AS DebitCents,
+       t.CreditCents AS CreditCents,
+       CASE WHEN (SELECT SDate FROM LedgerPeriod) IS NULL THEN 0 ELSE t.AllCents - t.OpeningCents END AS PeriodCents,
+       CASE WHEN (SELECT SDate FROM LedgerPeriod) IS NULL THEN 0 ELSE t.AllCents END AS ClosingCents,
+       t.PeriodRows AS PeriodRows
+FROM (
+    SELECT RTRIM(b.PartyCode) AS PartyCode,
+           MAX(CASE WHEN b.VDate <= (SELECT EDate FROM LedgerPeriod) THEN b.VDate END) AS VDate,
+           SUM(CASE WHEN b.VDate < (SELECT SDate FROM LedgerPeriod) AND b.VDate <= (SELECT EDate FROM LedgerPeriod)
+                    THEN b.PartyBalance ELSE 0 END) * 100 AS OpeningCents,
+           SUM(CASE WHEN b.VDate >= (SELECT SDate FROM LedgerPeriod) AND b.VDate <= (SELECT EDate FROM LedgerPeriod)
+                    THEN b.PartyDR ELSE 0 END) * 100 AS DebitCents,
+           SUM(CASE WHEN b.VDate >= (SELECT SDate FROM LedgerPeriod) AND b.VDate <= (SELECT EDate FROM LedgerPeriod)
+                    THEN b.PartyCR ELSE 0 END) * 100 AS CreditCents,
+           SUM(CASE WHEN b.VDate <= (SELECT EDate FROM LedgerPeriod) THEN b.PartyBalance ELSE 0 END) * 100 AS AllCents,
+           SUM(CASE WHEN b.VDate >= (SELECT SDate FROM LedgerPeriod) AND b.VDate <= (SELECT EDate FROM LedgerPeriod)
+                    THEN 1 ELSE 0 END) AS PeriodRows
+    FROM tblPartyBalance b
+    GROUP BY RTRIM(b.PartyCode)
+) t
+WHERE t.VDate IS NOT NULL
