@@ -128,6 +128,13 @@ void DemoGenerator::addStandardParts()
     addPart(QStringLiteral("vouchers"), &DemoGenerator::voucherPart);
 }
 
+DemoSummary DemoGenerator::standardYear(SessionConnection &db, const DemoOptions &options)
+{
+    DemoGenerator g(db, options);
+    g.addStandardParts();
+    return g.run();
+}
+
 DemoSummary DemoGenerator::run()
 {
     QElapsedTimer clock;

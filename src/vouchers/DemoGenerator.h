@@ -92,6 +92,8 @@ public:
     // the voucher screen (CP, CR, BP, BR, JV, BC).
     void addStandardParts();
     DemoSummary run();
+    // The standard parts run on `db` at once.
+    static DemoSummary standardYear(SessionConnection &db, const DemoOptions &options);
 
     static void chartPart(DemoContext &c);
     static void openingBalancePart(DemoContext &c);

@@ -129,9 +129,7 @@ private slots:
         o.rows = 3000;
         o.from = QDate(2026, 1, 1);
         o.to = QDate(2026, 12, 31);
-        DemoGenerator g(*db, o);
-        g.addStandardParts();
-        g.run();
+        DemoGenerator::standardYear(*db, o);
         if (!from.isValid())
             db->execute(QStringLiteral("DELETE FROM tblTLClientInfo"));
         db->setReportPeriod(from, to);

@@ -3,53 +3,18 @@
 // deleted, opening balances from new accounts, a demonstration year, an
 // upgrade of a year that had none, and a save that fails half-way. The
 // balance look-ups read the kept rows and must give what the rows give.
+#include "VoucherFixture.h"
 #include "accounts/AccountRules.h"
 #include "foundation/Schema.h"
 #include "support/TestDb.h"
 #include "vouchers/DemoGenerator.h"
 #include "vouchers/LedgerCheck.h"
-#include "vouchers/VoucherPosting.h"
-#include "vouchers/VoucherStaging.h"
 
 #include <QtTest>
 
 namespace {
 
-const QDate kDay(2026, 3, 9);
-const QString kUser = QStringLiteral("CLERK");
-const QDate kToday(2026, 3, 10);
-
-Money m(const char *text) { return *Money::parse(QString::fromLatin1(text)); }
-
-void addAccounts(SessionConnection &db)
-{
-    const QList<QPair<QString, QString>> accounts = {
-        {"17-10-001", "CRESCENT TEXTILES"}, {"14-10-001", "PAPER HOUSE"}, {"21-10-001", "ELECTRICITY"},
-        {"19-20-001", "CITY BANK"}};
-    for (const auto &a : accounts)
-        db.execute(QStringLiteral("INSERT INTO tblPartyInfo (PartyCode, PartyName) VALUES (?, ?)"), {a.first, a.second});
-}
-
-LineInput line(const QString &code, const QString &name, Money amount, const QString &side)
-{
-    LineInput in;
-    in.partyCode = code;
-    in.partyName = name;
-    in.amount = amount;
-    in.side = side;
-    in.description = QStringLiteral("LINE");
-    return in;
-}
-
-PostingOutcome stageAndSave(SessionConnection &db, const VoucherKey &key, const QVector<LineInput> &lines)
-{
-    VoucherStaging st(db);
-    st.clear();
-    qint64 sr = 0;
-    for (const LineInput &l : lines)
-        st.addLine(key, l, sr);
-    return VoucherPosting(db, kUser, kToday).saveNew(key, NumberPolicy::Proposed);
-}
+using namespace VoucherFixture;
 
 // The kept rows equal the ledger's, and every look-up of a balance gives
 // what summing the rows gives, for the whole year and before a few dates
@@ -179,9 +144,7 @@ private slots:
         o.rows = 1500;
         o.from = QDate(2026, 1, 1);
         o.to = QDate(2026, 12, 31);
-        DemoGenerator g(*db, o);
-        g.addStandardParts();
-        QVERIFY(g.run().ledgerRows >= 1000);
+        QVERIFY(DemoGenerator::standardYear(*db, o).ledgerRows >= 1000);
         verifyKept(*db, "demo");
         QVERIFY(Schema::hasStatistics(*db));
     }

@@ -1,40 +1,14 @@
 // The posting rule of vouchers: cash rows, the balance test, numbering,
 // the save of a changed voucher by line state, deletion with its sweep,
 // cheque links, and what a failed save leaves behind.
+#include "VoucherFixture.h"
 #include "support/TestDb.h"
-#include "vouchers/VoucherPosting.h"
-#include "vouchers/VoucherStaging.h"
 
 #include <QtTest>
 
 namespace {
 
-const QDate kDay(2026, 3, 9);
-const QString kUser = QStringLiteral("CLERK");
-const QDate kToday(2026, 3, 10);
-
-Money m(const char *text) { return *Money::parse(QString::fromLatin1(text)); }
-
-void addAccounts(SessionConnection &db)
-{
-    const QList<QPair<QString, QString>> accounts = {
-        {"17-10-001", "CRESCENT TEXTILES"}, {"14-10-001", "PAPER HOUSE"}, {"21-10-001", "ELECTRICITY"},
-        {"21-10-002", "TEA AND REFRESHMENT"}, {"19-20-001", "CITY BANK"}};
-    for (const auto &a : accounts)
-        db.execute(QStringLiteral("INSERT INTO tblPartyInfo (PartyCode, PartyName) VALUES (?, ?)"), {a.first, a.second});
-}
-
-LineInput line(const QString &code, const QString &name, Money amount, const QString &side,
-               const QString &desc = QStringLiteral("LINE"))
-{
-    LineInput in;
-    in.partyCode = code;
-    in.partyName = name;
-    in.amount = amount;
-    in.side = side;
-    in.description = desc;
-    return in;
-}
+using namespace VoucherFixture;
 
 struct Posted
 {
@@ -63,18 +37,6 @@ QVector<Posted> ledger(SessionConnection &db)
 qint64 stagedCount(SessionConnection &db)
 {
     return db.scalar(QStringLiteral("SELECT COUNT(*) FROM tblPartyBalanceEmpty")).toLongLong();
-}
-
-// Posts a voucher through staging as the screen does.
-PostingOutcome stageAndSave(SessionConnection &db, const VoucherKey &key, const QVector<LineInput> &lines,
-                            NumberPolicy policy = NumberPolicy::Proposed)
-{
-    VoucherStaging st(db);
-    st.clear();
-    qint64 sr = 0;
-    for (const LineInput &l : lines)
-        st.addLine(key, l, sr);
-    return VoucherPosting(db, kUser, kToday).saveNew(key, policy);
 }
 
 } // namespace

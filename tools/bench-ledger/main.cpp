@@ -260,10 +260,9 @@ int main(int argc, char **argv)
         // The bare queries: the one GROUP BY that gives the same figures.
         const QVector<Statement> statements = {
             {QStringLiteral("Trial balance of the period"), QStringLiteral("SELECT * FROM TrialBalance"),
-             QStringLiteral("SELECT PartyCode, SUM(CASE WHEN VDate < ? THEN PartyBalance ELSE 0 END), "
-                            "SUM(CASE WHEN VDate >= ? THEN PartyDR ELSE 0 END), SUM(CASE WHEN VDate >= ? THEN PartyCR ELSE 0 END) "
-                            "FROM tblPartyBalance WHERE VDate <= ? GROUP BY PartyCode"),
-             {from, from, from, to}},
+             QStringLiteral("SELECT PartyCode, SUM(PartyDR), SUM(PartyCR), SUM(PartyBalance) FROM tblPartyBalance "
+                            "WHERE VDate >= ? AND VDate <= ? GROUP BY PartyCode"),
+             {from, to}},
             {QStringLiteral("Balance sheet"), QStringLiteral("SELECT * FROM BalanceSheet"),
              QStringLiteral("SELECT PartyCode, SUM(PartyBalance) FROM tblPartyBalance WHERE VDate <= ? GROUP BY PartyCode"),
              {to}},
