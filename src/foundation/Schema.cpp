@@ -295,15 +295,15 @@ void createFunctions(SessionConnection &s)
     if (!s.isPostgres())
         return; // SQLite gets its functions when the connection opens
     const QStringList fns = {
-        QStringLiteral("CREATE OR REPLACE FUNCTION Month(d date) RETURNS integer LANGUAGE sql IMMUTABLE "
+        QStringLiteral("CREATE OR REPLACE FUNCTION Month(d date) RETURNS integer LANGUAGE sql IMMUTABLE PARALLEL SAFE "
                        "AS $$ SELECT CAST(EXTRACT(MONTH FROM d) AS integer) $$"),
-        QStringLiteral("CREATE OR REPLACE FUNCTION Year(d date) RETURNS integer LANGUAGE sql IMMUTABLE "
+        QStringLiteral("CREATE OR REPLACE FUNCTION Year(d date) RETURNS integer LANGUAGE sql IMMUTABLE PARALLEL SAFE "
                        "AS $$ SELECT CAST(EXTRACT(YEAR FROM d) AS integer) $$"),
-        QStringLiteral("CREATE OR REPLACE FUNCTION Day(d date) RETURNS integer LANGUAGE sql IMMUTABLE "
+        QStringLiteral("CREATE OR REPLACE FUNCTION Day(d date) RETURNS integer LANGUAGE sql IMMUTABLE PARALLEL SAFE "
                        "AS $$ SELECT CAST(EXTRACT(DAY FROM d) AS integer) $$"),
-        QStringLiteral("CREATE OR REPLACE FUNCTION ReportSDate() RETURNS date LANGUAGE sql STABLE "
+        QStringLiteral("CREATE OR REPLACE FUNCTION ReportSDate() RETURNS date LANGUAGE sql STABLE PARALLEL SAFE "
                        "AS $$ SELECT CAST(NULLIF(current_setting('tessel.sdate', true), '') AS date) $$"),
-        QStringLiteral("CREATE OR REPLACE FUNCTION ReportEDate() RETURNS date LANGUAGE sql STABLE "
+        QStringLiteral("CREATE OR REPLACE FUNCTION ReportEDate() RETURNS date LANGUAGE sql STABLE PARALLEL SAFE "
                        "AS $$ SELECT CAST(NULLIF(current_setting('tessel.edate', true), '') AS date) $$"),
     };
     for (const QString &f : fns)
