@@ -260,8 +260,8 @@ int main(int argc, char **argv)
         // The bare queries: the one GROUP BY that gives the same figures.
         const QVector<Statement> statements = {
             {QStringLiteral("Trial balance of the period"), QStringLiteral("SELECT * FROM TrialBalance"),
-             QStringLiteral("SELECT PartyCode, SUM(PartyDR), SUM(PartyCR), SUM(PartyBalance) FROM tblPartyBalance "
-                            "WHERE VDate >= ? AND VDate <= ? GROUP BY PartyCode"),
+             QStringLiteral("SELECT RTRIM(PartyCode), SUM(PartyDR), SUM(PartyCR), SUM(PartyBalance) FROM tblPartyBalance "
+                            "WHERE VDate >= ? AND VDate <= ? GROUP BY RTRIM(PartyCode)"),
              {from, to}},
             {QStringLiteral("Balance sheet"), QStringLiteral("SELECT * FROM BalanceSheet"),
              QStringLiteral("SELECT PartyCode, SUM(PartyBalance) FROM tblPartyBalance WHERE VDate <= ? GROUP BY PartyCode"),
