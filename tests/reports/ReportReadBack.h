@@ -139,6 +139,24 @@ inline int sheetRow(const Sheet &s, const QString &text, QChar col = QLatin1Char
     return row;
 }
 
+// Runs tessel-report on the embedded store in `dataDir`, with no settings
+// file; returns its exit status and, in `err`, the tool's own last line on
+// standard error (Qt may say things before it).
+inline int runReportTool(const QString &dataDir, const QString &scratchDir, const QStringList &args, QString *err = nullptr)
+{
+    QProcess p;
+    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+    env.insert(QStringLiteral("TESSEL_DATA_DIR"), dataDir);
+    env.insert(QStringLiteral("TESSEL_CONFIG"), scratchDir + QStringLiteral("/none.ini"));
+    env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+    p.setProcessEnvironment(env);
+    p.start(QStringLiteral(TESSEL_BIN_DIR "/tessel-report"), args);
+    p.waitForFinished(60000);
+    if (err)
+        *err = QString::fromUtf8(p.readAllStandardError()).trimmed().section(QLatin1Char('\n'), -1);
+    return p.exitStatus() == QProcess::NormalExit ? p.exitCode() : -1;
+}
+
 inline bool writeFile(const QString &path, const QByteArray &bytes)
 {
     QFile f(path);

@@ -548,17 +548,7 @@ private slots:
         }
         QTemporaryDir dir;
         auto run = [&](const QStringList &args, QString *err = nullptr) {
-            QProcess p;
-            QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-            env.insert(QStringLiteral("TESSEL_DATA_DIR"), year.profile().dataDir);
-            env.insert(QStringLiteral("TESSEL_CONFIG"), dir.filePath(QStringLiteral("none.ini")));
-            env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
-            p.setProcessEnvironment(env);
-            p.start(tool, QStringList{QStringLiteral("--year"), year.name()} + args);
-            p.waitForFinished(60000);
-            if (err)
-                *err = QString::fromUtf8(p.readAllStandardError());
-            return p.exitCode();
+            return runReportTool(year.profile().dataDir, dir.path(), QStringList{QStringLiteral("--year"), year.name()} + args, err);
         };
         const QString csv = dir.filePath(QStringLiteral("cp.csv"));
         QCOMPARE(run({QStringLiteral("--design"), QStringLiteral("crVoucherListing"), QStringLiteral("--from"),

@@ -371,18 +371,10 @@ private slots:
         }
         QTemporaryDir dir;
         auto run = [&](const QString &where, QString *err) {
-            QProcess p;
-            QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-            env.insert(QStringLiteral("TESSEL_DATA_DIR"), year.profile().dataDir);
-            env.insert(QStringLiteral("TESSEL_CONFIG"), dir.filePath(QStringLiteral("none.ini")));
-            env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
-            p.setProcessEnvironment(env);
-            p.start(tool, {QStringLiteral("--year"), year.name(), QStringLiteral("--design"), QStringLiteral("crTrialBalanceUptoDate"),
-                           QStringLiteral("--where"), where, QStringLiteral("--out"), dir.filePath(QStringLiteral("tb.csv"))});
-            p.waitForFinished(60000);
-            // The tool's own words: its last line (Qt may say things first).
-            *err = QString::fromUtf8(p.readAllStandardError()).trimmed().section(QLatin1Char('\n'), -1);
-            return p.exitCode();
+            return runReportTool(year.profile().dataDir, dir.path(),
+                                 {QStringLiteral("--year"), year.name(), QStringLiteral("--design"), QStringLiteral("crTrialBalanceUptoDate"),
+                                  QStringLiteral("--where"), where, QStringLiteral("--out"), dir.filePath(QStringLiteral("tb.csv"))},
+                                 err);
         };
         QString err;
         QCOMPARE(run(QStringLiteral("PartyBalance<0"), &err), 0);
