@@ -116,90 +116,97 @@ struct SheetLine
     bool bold = false;
 };
 
-QVector<SheetLine> sheetLines(const RenderedReport &r)
+SheetLine sheetLine(const RenderedReport &r, const ReportLine &l)
 {
     const ReportDesign &d = r.design;
-    QVector<SheetLine> out;
-    for (const ReportLine &l : r.lines) {
-        SheetLine s;
-        s.values.resize(d.columns.size());
-        s.bold = l.kind != ReportLine::Kind::Detail || l.emphasis;
-        for (int i = 0; i < d.columns.size(); ++i) {
-            const QVariant &v = l.values.value(i);
-            // What the page leaves blank the file leaves blank too: a zero
-            // of a blank-zero column (the voucher number 0 of an opening
-            // line) is no figure.
-            if (v.isValid() && !v.isNull() && !(l.kind == ReportLine::Kind::Detail && l.texts.value(i).isEmpty()))
-                s.values[i] = v;
-        }
-        if (l.kind != ReportLine::Kind::Detail && !l.label.isEmpty()) {
-            int at = 0;
-            while (at < s.values.size() && s.values.at(at).isValid() && !s.values.at(at).isNull())
-                ++at;
-            if (at < s.values.size())
-                s.values[at] = l.label;
-        }
-        out << s;
+    SheetLine s;
+    s.values.resize(d.columns.size());
+    s.bold = l.kind != ReportLine::Kind::Detail || l.emphasis;
+    for (int i = 0; i < d.columns.size(); ++i) {
+        const QVariant &v = l.values.value(i);
+        // What the page leaves blank the file leaves blank too: a zero
+        // of a blank-zero column (the voucher number 0 of an opening
+        // line) is no figure.
+        if (v.isValid() && !v.isNull() && !(l.kind == ReportLine::Kind::Detail && l.texts.value(i).isEmpty()))
+            s.values[i] = v;
     }
-    return out;
+    if (l.kind != ReportLine::Kind::Detail && !l.label.isEmpty()) {
+        int at = 0;
+        while (at < s.values.size() && s.values.at(at).isValid() && !s.values.at(at).isNull())
+            ++at;
+        if (at < s.values.size())
+            s.values[at] = l.label;
+    }
+    return s;
 }
 
-} // namespace
-
-QByteArray csvText(const RenderedReport &r)
+// One line of the CSV, without its line end.
+QString csvLine(const RenderedReport &r, const SheetLine &s)
 {
     const ReportDesign &d = r.design;
-    // A balance prints as a plain amount with its side ("DR"/"CR") in a
-    // column of its own, so that a spreadsheet can add the amounts up.
-    QStringList lines;
+    QStringList cells;
+    for (int i = 0; i < d.columns.size(); ++i) {
+        const QVariant &v = s.values.at(i);
+        const DesignColumn &c = d.columns.at(i);
+        const bool isLabel = v.metaType().id() == QMetaType::QString;
+        if (c.format == FieldFormat::Balance) {
+            // A balance is a plain amount with its side ("DR"/"CR") in a
+            // column of its own, so that a spreadsheet can add it up.
+            if (isLabel || !v.isValid() || v.isNull()) {
+                cells << csvField(isLabel ? v.toString() : QString()) << QString();
+            } else {
+                const Money m = v.value<Money>();
+                cells << m.abs().toPlainString()
+                      << (m.isZero() ? QString() : (m.isNegative() ? QStringLiteral("CR") : QStringLiteral("DR")));
+            }
+            continue;
+        }
+        cells << csvField(isLabel ? v.toString() : plainValue(v, c.format, c.decimals));
+    }
+    return cells.join(QLatin1Char(','));
+}
+
+QString csvCaptions(const ReportDesign &d)
+{
     QStringList caps;
     for (const DesignColumn &c : d.columns) {
         caps << csvField(c.caption);
         if (c.format == FieldFormat::Balance)
             caps << csvField(c.caption + QStringLiteral(" DR/CR"));
     }
-    lines << caps.join(QLatin1Char(','));
-    for (const SheetLine &s : sheetLines(r)) {
-        QStringList cells;
-        for (int i = 0; i < d.columns.size(); ++i) {
-            const QVariant &v = s.values.at(i);
-            const DesignColumn &c = d.columns.at(i);
-            const bool isLabel = v.metaType().id() == QMetaType::QString;
-            if (c.format == FieldFormat::Balance) {
-                if (isLabel || !v.isValid() || v.isNull()) {
-                    cells << csvField(isLabel ? v.toString() : QString()) << QString();
-                } else {
-                    const Money m = v.value<Money>();
-                    cells << m.abs().toPlainString()
-                          << (m.isZero() ? QString() : (m.isNegative() ? QStringLiteral("CR") : QStringLiteral("DR")));
-                }
-                continue;
-            }
-            cells << csvField(isLabel ? v.toString() : plainValue(v, c.format, c.decimals));
-        }
-        lines << cells.join(QLatin1Char(','));
-    }
-    return (lines.join(QStringLiteral("\r\n")) + QStringLiteral("\r\n")).toUtf8();
-}
-
-namespace {
-
-bool writeWhole(const QString &path, const QByteArray &data, QString *error)
-{
-    QSaveFile f(path);
-    if (!f.open(QIODevice::WriteOnly) || f.write(data) != data.size() || !f.commit()) {
-        if (error)
-            *error = QStringLiteral("%1: %2").arg(QDir::toNativeSeparators(path), f.errorString());
-        return false;
-    }
-    return true;
+    return caps.join(QLatin1Char(','));
 }
 
 } // namespace
 
+QByteArray csvText(const RenderedReport &r)
+{
+    QByteArray out = csvCaptions(r.design).toUtf8() + "\r\n";
+    for (const ReportLine &l : r.lines)
+        out += csvLine(r, sheetLine(r, l)).toUtf8() + "\r\n";
+    return out;
+}
+
+
 bool exportCsv(const RenderedReport &report, const QString &path, QString *error)
 {
-    return writeWhole(path, csvText(report), error);
+    // Line by line: a long ledger never stands in memory a second time.
+    QSaveFile f(path);
+    bool ok = f.open(QIODevice::WriteOnly);
+    QByteArray chunk = csvCaptions(report.design).toUtf8() + "\r\n";
+    for (const ReportLine &l : report.lines) {
+        if (!ok)
+            break;
+        chunk += csvLine(report, sheetLine(report, l)).toUtf8() + "\r\n";
+        if (chunk.size() > (1 << 16)) {
+            ok = f.write(chunk) == chunk.size();
+            chunk.clear();
+        }
+    }
+    ok = ok && f.write(chunk) == chunk.size() && f.commit();
+    if (!ok && error)
+        *error = QStringLiteral("%1: %2").arg(QDir::toNativeSeparators(path), f.errorString());
+    return ok;
 }
 
 // ------------------------------------------------------------ XLSX
@@ -217,7 +224,7 @@ QString sheetName(const QString &heading)
 
 // The width of each column in characters, from the widest text it holds
 // (captions, figures and totals alike).
-QVector<double> columnChars(const RenderedReport &r, const QVector<SheetLine> &lines)
+QVector<double> columnChars(const RenderedReport &r)
 {
     const ReportDesign &d = r.design;
     QVector<double> w(d.columns.size(), 8);
@@ -226,10 +233,9 @@ QVector<double> columnChars(const RenderedReport &r, const QVector<SheetLine> &l
     for (const ReportLine &l : r.lines)
         for (int i = 0; i < l.texts.size() && i < w.size(); ++i)
             w[i] = qMax<double>(w[i], l.texts.at(i).size() + 2);
-    for (const SheetLine &s : lines)
-        for (int i = 0; i < s.values.size(); ++i)
-            if (s.values.at(i).metaType().id() == QMetaType::QString && r.lines.size() < 100000)
-                w[i] = qMax<double>(w[i], qMin<qsizetype>(s.values.at(i).toString().size(), 40) + 2);
+    for (const ReportLine &l : r.lines)
+        if (l.kind != ReportLine::Kind::Detail)
+            w[0] = qMax<double>(w[0], qMin<qsizetype>(l.label.size(), 40) + 2);
     for (double &x : w)
         x = qMin(x, 60.0);
     return w;
@@ -308,10 +314,9 @@ bool exportXlsx(const RenderedReport &r, const QString &path, QString *error)
     lxw_format *integer[2] = {wb.format(false, "0"), wb.format(true, "0")};
     lxw_format *date[2] = {wb.format(false, "dd/mm/yyyy"), wb.format(true, "dd/mm/yyyy")};
 
-    const QVector<SheetLine> lines = sheetLines(r);
     // Widths and the frozen headings go first: rows are written straight
     // through to the file.
-    const QVector<double> widths = columnChars(r, lines);
+    const QVector<double> widths = columnChars(r);
     for (int i = 0; i < widths.size(); ++i)
         worksheet_set_column(ws, lxw_col_t(i), lxw_col_t(i), widths.at(i), nullptr);
     QStringList titles;
@@ -332,7 +337,8 @@ bool exportXlsx(const RenderedReport &r, const QString &path, QString *error)
         e = str(headerRow, i, d.columns.at(i).caption, bold);
 
     lxw_row_t row = headerRow + 1;
-    for (const SheetLine &s : lines) {
+    for (const ReportLine &line : r.lines) {
+        const SheetLine s = sheetLine(r, line);
         const int b = s.bold ? 1 : 0;
         for (int i = 0; i < d.columns.size() && !e; ++i) {
             const QVariant &v = s.values.at(i);
