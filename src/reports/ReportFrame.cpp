@@ -392,6 +392,7 @@ void buildLines(RenderedReport &r)
         }
     };
 
+    r.lines.reserve(r.rows.size() + 16);
     for (int ri = 0; ri < r.rows.size(); ++ri) {
         const Row &row = r.rows.at(ri);
         int changed = -1;
@@ -427,6 +428,7 @@ void buildLines(RenderedReport &r)
         l.level = ngroups;
         l.sourceRow = ri;
         l.values.resize(ncols);
+        l.texts.reserve(ncols);   // exactly: a long ledger holds hundreds of thousands
         for (int i = 0; i < ncols; ++i) {
             const DesignColumn &c = d.columns.at(i);
             QVariant v = typedValue(row, colIndex.at(i), c.format);
