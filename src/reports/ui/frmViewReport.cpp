@@ -24,6 +24,7 @@
 #include <QScrollBar>
 #include <QSpinBox>
 #include <QStandardPaths>
+#include <QTimer>
 #include <QVBoxLayout>
 
 namespace Reports {
@@ -305,6 +306,9 @@ void frmViewReport::showAtZoom(int percent)
 {
     crViewer->setZoom(percent);
     m_scroll->horizontalScrollBar()->setValue(0);
+    // The scroll area settles its range after the page's new size: the
+    // left edge of the page stays in sight.
+    QTimer::singleShot(0, this, [this] { m_scroll->horizontalScrollBar()->setValue(0); });
     int i = m_fitWidth ? 0 : cmbZoom->findData(crViewer->zoom());
     if (i < 0) {
         cmbZoom->addItem(QStringLiteral("%1%").arg(crViewer->zoom()), crViewer->zoom());

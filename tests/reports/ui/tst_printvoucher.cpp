@@ -277,7 +277,8 @@ private slots:
         QCOMPARE(v->currentPage(), 0);
         v->setZoom(75);
         QCOMPARE(v->crViewer->width(), v->crViewer->sizeHint().width());
-        v->setZoom(118);
+        v->chooseZoom(0);
+        QTest::qWait(0);
         shoot(v, QStringLiteral("frmViewReport-listing"));
 
         QTemporaryDir dir;
