@@ -148,6 +148,7 @@ QStringList ReportDesign::fieldsUsed() const
     for (const DesignField &d : documentFields) add(d.field);
     for (const QString &t : totals) add(t);
     add(emphasisField);
+    add(asAtField);
     if (link)
         for (const auto &k : link->keys) add(k.second);
     return out;
@@ -248,6 +249,24 @@ ReportDesign parseDesign(const QByteArray &json, const QString &origin)
         const QJsonObject e = r.object(emph, QStringLiteral("\"emphasis\""));
         d.emphasisField = r.identifier(e.value(QLatin1String("field")), QStringLiteral("\"emphasis\" field"));
         d.emphasisSuffix = r.text(e, "endsWith");
+    }
+
+    if (o.contains(QLatin1String("asAt")))
+        d.asAtField = r.identifier(o.value(QLatin1String("asAt")), QStringLiteral("\"asAt\""));
+    const QJsonValue balance = o.value(QLatin1String("balanceLine"));
+    if (!balance.isUndefined() && !balance.isNull()) {
+        const QJsonObject b = r.object(balance, QStringLiteral("\"balanceLine\""));
+        d.balanceDebit = r.identifier(b.value(QLatin1String("debit")), QStringLiteral("\"balanceLine\" debit"));
+        d.balanceCredit = r.identifier(b.value(QLatin1String("credit")), QStringLiteral("\"balanceLine\" credit"));
+        d.balanceCaption = r.text(b, "caption", QStringLiteral("DIFFERENCE"));
+        if (d.columnIndex(d.balanceDebit) < 0 || d.columnIndex(d.balanceCredit) < 0)
+            r.fail(QStringLiteral("\"balanceLine\": debit and credit must be columns of the design"));
+    }
+    d.halfPage = r.flag(o, "halfPage");
+    if (o.contains(QLatin1String("amountInWords"))) {
+        d.wordsField = r.identifier(o.value(QLatin1String("amountInWords")), QStringLiteral("\"amountInWords\""));
+        if (d.columnIndex(d.wordsField) < 0)
+            r.fail(QStringLiteral("\"amountInWords\" must be a column of the design"));
     }
 
     const QJsonValue link = o.value(QLatin1String("link"));

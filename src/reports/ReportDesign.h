@@ -98,6 +98,17 @@ struct ReportDesign
     QString emphasisField;       // detail rows whose field ends with emphasisSuffix print bold
     QString emphasisSuffix;
     std::optional<DesignLink> link;
+    // "AS AT" line under the heading: the period's end, else this field of
+    // the first row (a statement up to a date), else the day of printing.
+    QString asAtField;
+    // A debit and a credit column that must total alike (a trial balance,
+    // a balance sheet): when they do not, a line with `balanceCaption` puts
+    // the difference on the short side before the totals.
+    QString balanceDebit, balanceCredit, balanceCaption;
+    // A document that prints on the top half of a portrait A4 page (two to
+    // a sheet), with the total of `wordsField` in words under the totals.
+    bool halfPage = false;
+    QString wordsField;
 
     QString origin;              // where it was read from, for messages
 

@@ -6,8 +6,9 @@
 #include <QFileInfo>
 #include <QPainter>
 #include <QPdfWriter>
+#include <QPen>
 #include <QSaveFile>
-#include <array>
+#include <xlsxwriter.h>
 
 namespace Reports {
 
@@ -22,12 +23,28 @@ bool paintReport(const RenderedReport &report, QPagedPaintDevice &device, QStrin
             *error = QStringLiteral("The output cannot be opened for drawing.");
         return false;
     }
-    for (int i = first; i <= last; ++i) {
+    // A half-page document goes two to a sheet when the sheet is tall
+    // enough (A4 portrait); on a half-size sheet, one to a sheet.
+    const bool twoUp = report.design.halfPage && device.height() > device.width() * 1.2;
+    const int perSheet = twoUp ? 2 : 1;
+    for (int i = first; i <= last; i += perSheet) {
         if (i > first)
             device.newPage();
-        const QRectF target(0, 0, device.width(), device.height());
-        p.fillRect(target, Qt::white);
-        report.paintPage(p, i - 1, target);
+        const QRectF sheet(0, 0, device.width(), device.height());
+        p.fillRect(sheet, Qt::white);
+        if (!twoUp) {
+            report.paintPage(p, i - 1, sheet);
+            continue;
+        }
+        const qreal half = sheet.height() / 2;
+        report.paintPage(p, i - 1, QRectF(0, 0, sheet.width(), half));
+        if (i + 1 <= last) {
+            p.save();
+            p.setPen(QPen(QColor(150, 150, 150), 0, Qt::DashLine));
+            p.drawLine(QPointF(0, half), QPointF(sheet.width(), half));
+            p.restore();
+            report.paintPage(p, i, QRectF(0, half, sheet.width(), half));
+        }
     }
     p.end();
     return true;
@@ -46,7 +63,8 @@ bool exportPdf(const RenderedReport &report, const QString &path, QString *error
     QPdfWriter pdf(path);
     pdf.setResolution(600);
     pdf.setPageSize(QPageSize(QPageSize::A4));
-    pdf.setPageOrientation(report.design.landscape ? QPageLayout::Landscape : QPageLayout::Portrait);
+    pdf.setPageOrientation(report.design.landscape && !report.design.halfPage ? QPageLayout::Landscape
+                                                                              : QPageLayout::Portrait);
     pdf.setPageMargins(QMarginsF(0, 0, 0, 0));
     pdf.setTitle(report.heading);
     pdf.setCreator(creditCompanyName());
@@ -98,227 +116,102 @@ struct SheetLine
     bool bold = false;
 };
 
-QVector<SheetLine> sheetLines(const RenderedReport &r)
+SheetLine sheetLine(const RenderedReport &r, const ReportLine &l)
 {
     const ReportDesign &d = r.design;
-    QVector<SheetLine> out;
-    for (const ReportLine &l : r.lines) {
-        SheetLine s;
-        s.values.resize(d.columns.size());
-        s.bold = l.kind != ReportLine::Kind::Detail || l.emphasis;
-        for (int i = 0; i < d.columns.size(); ++i) {
-            const QVariant &v = l.values.value(i);
-            if (l.kind == ReportLine::Kind::Detail)
-                s.values[i] = v;
-            else if (v.isValid() && !v.isNull())
-                s.values[i] = v;
-        }
-        if (l.kind != ReportLine::Kind::Detail && !l.label.isEmpty()) {
-            int at = 0;
-            while (at < s.values.size() && s.values.at(at).isValid() && !s.values.at(at).isNull())
-                ++at;
-            if (at < s.values.size())
-                s.values[at] = l.label;
-        }
-        out << s;
+    SheetLine s;
+    s.values.resize(d.columns.size());
+    s.bold = l.kind != ReportLine::Kind::Detail || l.emphasis;
+    for (int i = 0; i < d.columns.size(); ++i) {
+        const QVariant &v = l.values.value(i);
+        // What the page leaves blank the file leaves blank too: a zero
+        // of a blank-zero column (the voucher number 0 of an opening
+        // line) is no figure.
+        if (v.isValid() && !v.isNull() && !(l.kind == ReportLine::Kind::Detail && l.texts.value(i).isEmpty()))
+            s.values[i] = v;
     }
-    return out;
+    if (l.kind != ReportLine::Kind::Detail && !l.label.isEmpty()) {
+        int at = 0;
+        while (at < s.values.size() && s.values.at(at).isValid() && !s.values.at(at).isNull())
+            ++at;
+        if (at < s.values.size())
+            s.values[at] = l.label;
+    }
+    return s;
+}
+
+// One line of the CSV, without its line end.
+QString csvLine(const RenderedReport &r, const SheetLine &s)
+{
+    const ReportDesign &d = r.design;
+    QStringList cells;
+    for (int i = 0; i < d.columns.size(); ++i) {
+        const QVariant &v = s.values.at(i);
+        const DesignColumn &c = d.columns.at(i);
+        const bool isLabel = v.metaType().id() == QMetaType::QString;
+        if (c.format == FieldFormat::Balance) {
+            // A balance is a plain amount with its side ("DR"/"CR") in a
+            // column of its own, so that a spreadsheet can add it up.
+            if (isLabel || !v.isValid() || v.isNull()) {
+                cells << csvField(isLabel ? v.toString() : QString()) << QString();
+            } else {
+                const Money m = v.value<Money>();
+                cells << m.abs().toPlainString()
+                      << (m.isZero() ? QString() : (m.isNegative() ? QStringLiteral("CR") : QStringLiteral("DR")));
+            }
+            continue;
+        }
+        cells << csvField(isLabel ? v.toString() : plainValue(v, c.format, c.decimals));
+    }
+    return cells.join(QLatin1Char(','));
+}
+
+QString csvCaptions(const ReportDesign &d)
+{
+    QStringList caps;
+    for (const DesignColumn &c : d.columns) {
+        caps << csvField(c.caption);
+        if (c.format == FieldFormat::Balance)
+            caps << csvField(c.caption + QStringLiteral(" DR/CR"));
+    }
+    return caps.join(QLatin1Char(','));
 }
 
 } // namespace
 
 QByteArray csvText(const RenderedReport &r)
 {
-    const ReportDesign &d = r.design;
-    QStringList lines;
-    QStringList caps;
-    for (const DesignColumn &c : d.columns)
-        caps << csvField(c.caption);
-    lines << caps.join(QLatin1Char(','));
-    for (const SheetLine &s : sheetLines(r)) {
-        QStringList cells;
-        for (int i = 0; i < d.columns.size(); ++i) {
-            const QVariant &v = s.values.at(i);
-            const bool isLabel = v.metaType().id() == QMetaType::QString;
-            cells << csvField(isLabel ? v.toString() : plainValue(v, d.columns.at(i).format, d.columns.at(i).decimals));
-        }
-        lines << cells.join(QLatin1Char(','));
-    }
-    return (lines.join(QStringLiteral("\r\n")) + QStringLiteral("\r\n")).toUtf8();
+    QByteArray out = csvCaptions(r.design).toUtf8() + "\r\n";
+    for (const ReportLine &l : r.lines)
+        out += csvLine(r, sheetLine(r, l)).toUtf8() + "\r\n";
+    return out;
 }
 
-namespace {
-
-bool writeWhole(const QString &path, const QByteArray &data, QString *error)
-{
-    QSaveFile f(path);
-    if (!f.open(QIODevice::WriteOnly) || f.write(data) != data.size() || !f.commit()) {
-        if (error)
-            *error = QStringLiteral("%1: %2").arg(QDir::toNativeSeparators(path), f.errorString());
-        return false;
-    }
-    return true;
-}
-
-} // namespace
 
 bool exportCsv(const RenderedReport &report, const QString &path, QString *error)
 {
-    return writeWhole(path, csvText(report), error);
-}
-
-// ------------------------------------------------------------ zip
-
-quint32 ZipWriter::crc32(const QByteArray &data)
-{
-    static const auto table = [] {
-        std::array<quint32, 256> t{};
-        for (quint32 i = 0; i < 256; ++i) {
-            quint32 c = i;
-            for (int k = 0; k < 8; ++k)
-                c = (c & 1) ? 0xEDB88320u ^ (c >> 1) : c >> 1;
-            t[i] = c;
+    // Line by line: a long ledger never stands in memory a second time.
+    QSaveFile f(path);
+    bool ok = f.open(QIODevice::WriteOnly);
+    QByteArray chunk = csvCaptions(report.design).toUtf8() + "\r\n";
+    for (const ReportLine &l : report.lines) {
+        if (!ok)
+            break;
+        chunk += csvLine(report, sheetLine(report, l)).toUtf8() + "\r\n";
+        if (chunk.size() > (1 << 16)) {
+            ok = f.write(chunk) == chunk.size();
+            chunk.clear();
         }
-        return t;
-    }();
-    quint32 c = 0xFFFFFFFFu;
-    for (const char ch : data)
-        c = table[(c ^ quint8(ch)) & 0xFF] ^ (c >> 8);
-    return c ^ 0xFFFFFFFFu;
-}
-
-namespace {
-void put16(QByteArray &b, quint16 v) { b.append(char(v & 0xFF)); b.append(char(v >> 8)); }
-void put32(QByteArray &b, quint32 v) { put16(b, quint16(v & 0xFFFF)); put16(b, quint16(v >> 16)); }
-// 1 January 2026, 00:00, in DOS form: a fixed stamp keeps the files stable.
-constexpr quint16 kDosTime = 0;
-constexpr quint16 kDosDate = ((2026 - 1980) << 9) | (1 << 5) | 1;
-} // namespace
-
-void ZipWriter::add(const QString &name, const QByteArray &data)
-{
-    Entry e{name.toUtf8(), crc32(data), quint32(data.size()), quint32(m_out.size())};
-    put32(m_out, 0x04034b50);
-    put16(m_out, 20); put16(m_out, 0x0800); put16(m_out, 0);
-    put16(m_out, kDosTime); put16(m_out, kDosDate);
-    put32(m_out, e.crc); put32(m_out, e.size); put32(m_out, e.size);
-    put16(m_out, quint16(e.name.size())); put16(m_out, 0);
-    m_out.append(e.name);
-    m_out.append(data);
-    m_entries << e;
-}
-
-QByteArray ZipWriter::finish()
-{
-    const quint32 cdStart = quint32(m_out.size());
-    for (const Entry &e : m_entries) {
-        put32(m_out, 0x02014b50);
-        put16(m_out, 20); put16(m_out, 20); put16(m_out, 0x0800); put16(m_out, 0);
-        put16(m_out, kDosTime); put16(m_out, kDosDate);
-        put32(m_out, e.crc); put32(m_out, e.size); put32(m_out, e.size);
-        put16(m_out, quint16(e.name.size())); put16(m_out, 0); put16(m_out, 0);
-        put16(m_out, 0); put16(m_out, 0); put32(m_out, 0);
-        put32(m_out, e.offset);
-        m_out.append(e.name);
     }
-    const quint32 cdSize = quint32(m_out.size()) - cdStart;
-    put32(m_out, 0x06054b50);
-    put16(m_out, 0); put16(m_out, 0);
-    put16(m_out, quint16(m_entries.size())); put16(m_out, quint16(m_entries.size()));
-    put32(m_out, cdSize); put32(m_out, cdStart);
-    put16(m_out, 0);
-    QByteArray out;
-    out.swap(m_out);
-    m_entries.clear();
-    return out;
+    ok = ok && f.write(chunk) == chunk.size() && f.commit();
+    if (!ok && error)
+        *error = QStringLiteral("%1: %2").arg(QDir::toNativeSeparators(path), f.errorString());
+    return ok;
 }
 
 // ------------------------------------------------------------ XLSX
 
 namespace {
-
-QString xmlEscape(const QString &s)
-{
-    QString o;
-    o.reserve(s.size());
-    for (const QChar c : s) {
-        switch (c.unicode()) {
-        case '&': o += QStringLiteral("&amp;"); break;
-        case '<': o += QStringLiteral("&lt;"); break;
-        case '>': o += QStringLiteral("&gt;"); break;
-        case '"': o += QStringLiteral("&quot;"); break;
-        default:
-            if (c.unicode() >= 0x20 || c == QLatin1Char('\t') || c == QLatin1Char('\n'))
-                o += c;
-        }
-    }
-    return o;
-}
-
-QString columnLetters(int i)
-{
-    QString s;
-    ++i;
-    while (i > 0) {
-        const int r = (i - 1) % 26;
-        s.prepend(QChar('A' + r));
-        i = (i - 1) / 26;
-    }
-    return s;
-}
-
-enum Style { StDefault = 0, StMoney = 1, StDate = 2, StBold = 3, StBoldMoney = 4, StNumber = 5, StBoldNumber = 6, StTitle = 7,
-             StBalance = 8, StBoldBalance = 9 };
-
-class SheetWriter
-{
-public:
-    QString xml;
-    int row = 0;
-
-    void beginRow() { ++row; m_col = 0; xml += QStringLiteral("<row r=\"%1\">").arg(row); }
-    void endRow() { xml += QStringLiteral("</row>"); }
-    void skip() { ++m_col; }
-    void text(const QString &s, int style = StDefault)
-    {
-        xml += QStringLiteral("<c r=\"%1%2\" t=\"inlineStr\"%3><is><t xml:space=\"preserve\">%4</t></is></c>")
-                   .arg(columnLetters(m_col++)).arg(row).arg(styleAttr(style), xmlEscape(s));
-    }
-    void number(const QString &n, int style)
-    {
-        xml += QStringLiteral("<c r=\"%1%2\"%3><v>%4</v></c>").arg(columnLetters(m_col++)).arg(row).arg(styleAttr(style), n);
-    }
-
-private:
-    static QString styleAttr(int s) { return s ? QStringLiteral(" s=\"%1\"").arg(s) : QString(); }
-    int m_col = 0;
-};
-
-const char *kStyles =
-    "<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"yes\"?>\n"
-    "<styleSheet xmlns=\"http://schemas.openxmlformats.org/spreadsheetml/2006/main\">"
-    "<numFmts count=\"2\"><numFmt numFmtId=\"164\" formatCode=\"dd/mm/yyyy\"/>"
-    "<numFmt numFmtId=\"165\" formatCode=\"#,##0.00&quot; DR&quot;;#,##0.00&quot; CR&quot;;0.00\"/></numFmts>"
-    "<fonts count=\"3\"><font><sz val=\"10\"/><name val=\"Arial\"/></font>"
-    "<font><b/><sz val=\"10\"/><name val=\"Arial\"/></font>"
-    "<font><b/><sz val=\"12\"/><name val=\"Arial\"/></font></fonts>"
-    "<fills count=\"2\"><fill><patternFill patternType=\"none\"/></fill><fill><patternFill patternType=\"gray125\"/></fill></fills>"
-    "<borders count=\"1\"><border><left/><right/><top/><bottom/><diagonal/></border></borders>"
-    "<cellStyleXfs count=\"1\"><xf numFmtId=\"0\" fontId=\"0\" fillId=\"0\" borderId=\"0\"/></cellStyleXfs>"
-    "<cellXfs count=\"10\">"
-    "<xf numFmtId=\"0\" fontId=\"0\" fillId=\"0\" borderId=\"0\" xfId=\"0\"/>"
-    "<xf numFmtId=\"4\" fontId=\"0\" fillId=\"0\" borderId=\"0\" xfId=\"0\" applyNumberFormat=\"1\"/>"
-    "<xf numFmtId=\"164\" fontId=\"0\" fillId=\"0\" borderId=\"0\" xfId=\"0\" applyNumberFormat=\"1\"/>"
-    "<xf numFmtId=\"0\" fontId=\"1\" fillId=\"0\" borderId=\"0\" xfId=\"0\" applyFont=\"1\"/>"
-    "<xf numFmtId=\"4\" fontId=\"1\" fillId=\"0\" borderId=\"0\" xfId=\"0\" applyFont=\"1\" applyNumberFormat=\"1\"/>"
-    "<xf numFmtId=\"0\" fontId=\"0\" fillId=\"0\" borderId=\"0\" xfId=\"0\"/>"
-    "<xf numFmtId=\"0\" fontId=\"1\" fillId=\"0\" borderId=\"0\" xfId=\"0\" applyFont=\"1\"/>"
-    "<xf numFmtId=\"0\" fontId=\"2\" fillId=\"0\" borderId=\"0\" xfId=\"0\" applyFont=\"1\"/>"
-    "<xf numFmtId=\"165\" fontId=\"0\" fillId=\"0\" borderId=\"0\" xfId=\"0\" applyNumberFormat=\"1\"/>"
-    "<xf numFmtId=\"165\" fontId=\"1\" fillId=\"0\" borderId=\"0\" xfId=\"0\" applyFont=\"1\" applyNumberFormat=\"1\"/>"
-    "</cellXfs>"
-    "<cellStyles count=\"1\"><cellStyle name=\"Normal\" xfId=\"0\" builtinId=\"0\"/></cellStyles>"
-    "</styleSheet>";
 
 QString sheetName(const QString &heading)
 {
@@ -329,111 +222,160 @@ QString sheetName(const QString &heading)
     return s.isEmpty() ? QStringLiteral("Report") : s;
 }
 
-} // namespace
-
-QByteArray xlsxBytes(const RenderedReport &r)
+// The width of each column in characters, from the widest text it holds
+// (captions, figures and totals alike).
+QVector<double> columnChars(const RenderedReport &r)
 {
     const ReportDesign &d = r.design;
-    SheetWriter w;
-    auto titleRow = [&](const QString &s, int style) {
-        if (s.isEmpty())
-            return;
-        w.beginRow(); w.text(s, style); w.endRow();
-    };
-    titleRow(r.header.clientName, StTitle);
-    titleRow(r.heading, StBold);
-    titleRow(r.periodText, StDefault);
-    w.beginRow();
-    for (const DesignColumn &c : d.columns)
-        w.text(c.caption, StBold);
-    w.endRow();
-    const int headerRow = w.row;
+    QVector<double> w(d.columns.size(), 8);
+    for (int i = 0; i < d.columns.size(); ++i)
+        w[i] = qMax<double>(w[i], d.columns.at(i).caption.size() + 2);
+    for (const ReportLine &l : r.lines)
+        for (int i = 0; i < l.texts.size() && i < w.size(); ++i)
+            w[i] = qMax<double>(w[i], l.texts.at(i).size() + 2);
+    for (const ReportLine &l : r.lines)
+        if (l.kind != ReportLine::Kind::Detail)
+            w[0] = qMax<double>(w[0], qMin<qsizetype>(l.label.size(), 40) + 2);
+    for (double &x : w)
+        x = qMin(x, 60.0);
+    return w;
+}
 
-    const QDate epoch(1899, 12, 30);
-    for (const SheetLine &s : sheetLines(r)) {
-        w.beginRow();
-        for (int i = 0; i < d.columns.size(); ++i) {
+class Workbook
+{
+public:
+    explicit Workbook(const QString &path)
+    {
+        m_tmp = QDir::tempPath().toLocal8Bit();
+        lxw_workbook_options options{};
+        options.constant_memory = LXW_TRUE;   // rows go to disk as they are written
+        options.tmpdir = m_tmp.data();
+        options.use_zip64 = LXW_TRUE;
+        m_book = workbook_new_opt(QFile::encodeName(path).constData(), &options);
+    }
+    ~Workbook()
+    {
+        if (m_book)
+            workbook_close(m_book); // only reached on a failure: the file is dropped below
+    }
+    lxw_workbook *book() const { return m_book; }
+    lxw_format *format(bool bold, const char *numFormat, int size = 0)
+    {
+        lxw_format *f = workbook_add_format(m_book);
+        if (bold)
+            format_set_bold(f);
+        if (numFormat)
+            format_set_num_format(f, numFormat);
+        if (size)
+            format_set_font_size(f, size);
+        return f;
+    }
+    lxw_error close()
+    {
+        const lxw_error e = workbook_close(m_book);
+        m_book = nullptr;
+        return e;
+    }
+
+private:
+    QByteArray m_tmp;
+    lxw_workbook *m_book = nullptr;
+};
+
+} // namespace
+
+bool exportXlsx(const RenderedReport &r, const QString &path, QString *error)
+{
+    const ReportDesign &d = r.design;
+    auto fail = [&](const QString &why) {
+        if (error)
+            *error = QStringLiteral("%1: %2").arg(QDir::toNativeSeparators(path), why);
+        QFile::remove(path);
+        return false;
+    };
+    Workbook wb(path);
+    if (!wb.book())
+        return fail(QStringLiteral("the workbook cannot be made there"));
+    const QByteArray name = sheetName(r.heading).toUtf8();
+    lxw_worksheet *ws = workbook_add_worksheet(wb.book(), name.constData());
+    const QByteArray title = r.heading.toUtf8(), creator = creditCompanyName().toUtf8();
+    lxw_doc_properties props{};
+    props.title = const_cast<char *>(title.constData());
+    props.author = const_cast<char *>(creator.constData());
+    workbook_set_properties(wb.book(), &props);
+
+    lxw_format *plain = wb.format(false, nullptr);
+    lxw_format *bold = wb.format(true, nullptr);
+    lxw_format *big = wb.format(true, nullptr, 12);
+    lxw_format *money[2] = {wb.format(false, "#,##0.00"), wb.format(true, "#,##0.00")};
+    lxw_format *balance[2] = {wb.format(false, "#,##0.00\" DR\";#,##0.00\" CR\";0.00"),
+                              wb.format(true, "#,##0.00\" DR\";#,##0.00\" CR\";0.00")};
+    lxw_format *number[2] = {wb.format(false, "#,##0.######"), wb.format(true, "#,##0.######")};
+    lxw_format *integer[2] = {wb.format(false, "0"), wb.format(true, "0")};
+    lxw_format *date[2] = {wb.format(false, "dd/mm/yyyy"), wb.format(true, "dd/mm/yyyy")};
+
+    // Widths and the frozen headings go first: rows are written straight
+    // through to the file.
+    const QVector<double> widths = columnChars(r);
+    for (int i = 0; i < widths.size(); ++i)
+        worksheet_set_column(ws, lxw_col_t(i), lxw_col_t(i), widths.at(i), nullptr);
+    QStringList titles;
+    for (const QString &t : {r.header.clientName, r.heading, r.periodText, r.asAtText})
+        if (!t.isEmpty())
+            titles << t;
+    const lxw_row_t headerRow = lxw_row_t(titles.size());
+    worksheet_freeze_panes(ws, headerRow + 1, 0);
+
+    auto str = [&](lxw_row_t row, int col, const QString &s, lxw_format *f) {
+        const QByteArray b = s.toUtf8();
+        return worksheet_write_string(ws, row, lxw_col_t(col), b.constData(), f);
+    };
+    lxw_error e = LXW_NO_ERROR;
+    for (int i = 0; i < titles.size() && !e; ++i)
+        e = str(lxw_row_t(i), 0, titles.at(i), i == 0 ? big : (i == 1 ? bold : plain));
+    for (int i = 0; i < d.columns.size() && !e; ++i)
+        e = str(headerRow, i, d.columns.at(i).caption, bold);
+
+    lxw_row_t row = headerRow + 1;
+    for (const ReportLine &line : r.lines) {
+        const SheetLine s = sheetLine(r, line);
+        const int b = s.bold ? 1 : 0;
+        for (int i = 0; i < d.columns.size() && !e; ++i) {
             const QVariant &v = s.values.at(i);
             const DesignColumn &c = d.columns.at(i);
-            if (!v.isValid() || v.isNull()) {
-                w.skip();
+            if (!v.isValid() || v.isNull())
                 continue;
-            }
             if (v.metaType().id() == QMetaType::QString) {
-                w.text(v.toString(), s.bold ? StBold : StDefault);
+                e = str(row, i, v.toString(), s.bold ? bold : plain);
                 continue;
             }
             switch (c.format) {
             case FieldFormat::Money:
-            case FieldFormat::Balance: {
-                const bool balance = c.format == FieldFormat::Balance;
-                if (c.blankZero && v.value<Money>().isZero() && !s.bold)
-                    w.skip();
-                else
-                    w.number(v.value<Money>().toPlainString(),
-                             balance ? (s.bold ? StBoldBalance : StBalance) : (s.bold ? StBoldMoney : StMoney));
+            case FieldFormat::Balance:
+                e = worksheet_write_number(ws, row, lxw_col_t(i), v.value<Money>().toDouble(),
+                                           c.format == FieldFormat::Balance ? balance[b] : money[b]);
+                break;
+            case FieldFormat::Number: e = worksheet_write_number(ws, row, lxw_col_t(i), v.toDouble(), number[b]); break;
+            case FieldFormat::Integer: e = worksheet_write_number(ws, row, lxw_col_t(i), double(v.toLongLong()), integer[b]); break;
+            case FieldFormat::Date: {
+                const QDate dt = v.toDate();
+                lxw_datetime when{dt.year(), dt.month(), dt.day(), 0, 0, 0};
+                e = worksheet_write_datetime(ws, row, lxw_col_t(i), &when, date[b]);
                 break;
             }
-            case FieldFormat::Number: w.number(QString::number(v.toDouble(), 'g', 15), s.bold ? StBoldNumber : StNumber); break;
-            case FieldFormat::Integer: w.number(QString::number(v.toLongLong()), s.bold ? StBoldNumber : StNumber); break;
-            case FieldFormat::Date: w.number(QString::number(epoch.daysTo(v.toDate())), StDate); break;
-            case FieldFormat::Text: w.text(v.toString(), s.bold ? StBold : StDefault); break;
+            case FieldFormat::Text: e = str(row, i, v.toString(), s.bold ? bold : plain); break;
             }
         }
-        w.endRow();
+        if (e)
+            break;
+        ++row;
     }
-
-    QString cols = QStringLiteral("<cols>");
-    qreal total = 0;
-    for (const DesignColumn &c : d.columns) total += c.width;
-    for (int i = 0; i < d.columns.size(); ++i) {
-        const qreal chars = qBound<qreal>(8, 110.0 * d.columns.at(i).width / total, 60);
-        cols += QStringLiteral("<col min=\"%1\" max=\"%1\" width=\"%2\" customWidth=\"1\"/>").arg(i + 1).arg(chars, 0, 'f', 1);
-    }
-    cols += QStringLiteral("</cols>");
-
-    const QString sheet = QStringLiteral(
-        "<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"yes\"?>\n"
-        "<worksheet xmlns=\"http://schemas.openxmlformats.org/spreadsheetml/2006/main\" "
-        "xmlns:r=\"http://schemas.openxmlformats.org/officeDocument/2006/relationships\">"
-        "<sheetViews><sheetView workbookViewId=\"0\"><pane ySplit=\"%1\" topLeftCell=\"A%2\" activePane=\"bottomLeft\" state=\"frozen\"/></sheetView></sheetViews>"
-        "%3<sheetData>%4</sheetData></worksheet>")
-        .arg(headerRow).arg(headerRow + 1).arg(cols, w.xml);
-
-    ZipWriter zip;
-    zip.add(QStringLiteral("[Content_Types].xml"), QByteArrayLiteral(
-        "<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"yes\"?>\n"
-        "<Types xmlns=\"http://schemas.openxmlformats.org/package/2006/content-types\">"
-        "<Default Extension=\"rels\" ContentType=\"application/vnd.openxmlformats-package.relationships+xml\"/>"
-        "<Default Extension=\"xml\" ContentType=\"application/xml\"/>"
-        "<Override PartName=\"/xl/workbook.xml\" ContentType=\"application/vnd.openxmlformats-officedocument.spreadsheetml.sheet.main+xml\"/>"
-        "<Override PartName=\"/xl/worksheets/sheet1.xml\" ContentType=\"application/vnd.openxmlformats-officedocument.spreadsheetml.worksheet+xml\"/>"
-        "<Override PartName=\"/xl/styles.xml\" ContentType=\"application/vnd.openxmlformats-officedocument.spreadsheetml.styles+xml\"/>"
-        "</Types>"));
-    zip.add(QStringLiteral("_rels/.rels"), QByteArrayLiteral(
-        "<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"yes\"?>\n"
-        "<Relationships xmlns=\"http://schemas.openxmlformats.org/package/2006/relationships\">"
-        "<Relationship Id=\"rId1\" Type=\"http://schemas.openxmlformats.org/officeDocument/2006/relationships/officeDocument\" Target=\"xl/workbook.xml\"/>"
-        "</Relationships>"));
-    zip.add(QStringLiteral("xl/workbook.xml"), QStringLiteral(
-        "<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"yes\"?>\n"
-        "<workbook xmlns=\"http://schemas.openxmlformats.org/spreadsheetml/2006/main\" "
-        "xmlns:r=\"http://schemas.openxmlformats.org/officeDocument/2006/relationships\">"
-        "<sheets><sheet name=\"%1\" sheetId=\"1\" r:id=\"rId1\"/></sheets></workbook>").arg(xmlEscape(sheetName(r.heading))).toUtf8());
-    zip.add(QStringLiteral("xl/_rels/workbook.xml.rels"), QByteArrayLiteral(
-        "<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"yes\"?>\n"
-        "<Relationships xmlns=\"http://schemas.openxmlformats.org/package/2006/relationships\">"
-        "<Relationship Id=\"rId1\" Type=\"http://schemas.openxmlformats.org/officeDocument/2006/relationships/worksheet\" Target=\"worksheets/sheet1.xml\"/>"
-        "<Relationship Id=\"rId2\" Type=\"http://schemas.openxmlformats.org/officeDocument/2006/relationships/styles\" Target=\"styles.xml\"/>"
-        "</Relationships>"));
-    zip.add(QStringLiteral("xl/styles.xml"), QByteArray(kStyles));
-    zip.add(QStringLiteral("xl/worksheets/sheet1.xml"), sheet.toUtf8());
-    return zip.finish();
-}
-
-bool exportXlsx(const RenderedReport &report, const QString &path, QString *error)
-{
-    return writeWhole(path, xlsxBytes(report), error);
+    if (e)
+        return fail(QString::fromUtf8(lxw_strerror(e)));
+    e = wb.close();
+    if (e)
+        return fail(QString::fromUtf8(lxw_strerror(e)));
+    return true;
 }
 
 bool exportFile(const RenderedReport &report, const QString &path, QString *error)

@@ -1,6 +1,7 @@
 #include "reports/ReportFrame.h"
 
 #include "foundation/ConnectionProfile.h"
+#include "foundation/Schema.h"
 #include "foundation/Session.h"
 
 #include <QCoreApplication>
@@ -45,12 +46,8 @@ std::optional<ReportCondition> ReportCondition::parse(const QString &text)
     else if (op == QLatin1String(">")) c.op = Op::Greater;
     else if (op == QLatin1String(">=")) c.op = Op::GreaterOrEqual;
     else c.op = Op::Like;
-    const QString value = m.captured(3);
-    const QDate d = QDate::fromString(value.trimmed(), QStringLiteral("dd/MM/yyyy"));
-    if (d.isValid())
-        c.value = d;
-    else
-        c.value = value;
+    c.value = m.captured(3);
+    c.asTyped = true;
     return c;
 }
 
@@ -150,6 +147,58 @@ QString formatValue(const QVariant &value, FieldFormat format, int decimals, boo
     case FieldFormat::Text: return trimRight(value.toString());
     }
     return value.toString();
+}
+
+QString amountInWords(const Money &amount)
+{
+    static const char *const ones[] = {"ZERO", "ONE", "TWO", "THREE", "FOUR", "FIVE", "SIX", "SEVEN", "EIGHT", "NINE",
+                                       "TEN", "ELEVEN", "TWELVE", "THIRTEEN", "FOURTEEN", "FIFTEEN", "SIXTEEN",
+                                       "SEVENTEEN", "EIGHTEEN", "NINETEEN"};
+    static const char *const tens[] = {"", "", "TWENTY", "THIRTY", "FORTY", "FIFTY", "SIXTY", "SEVENTY", "EIGHTY", "NINETY"};
+    auto below1000 = [&](int n) {
+        QStringList w;
+        if (n >= 100) {
+            w << QString::fromLatin1(ones[n / 100]) << QStringLiteral("HUNDRED");
+            n %= 100;
+        }
+        if (n >= 20)
+            w << (QString::fromLatin1(tens[n / 10]) + (n % 10 ? QLatin1Char('-') + QString::fromLatin1(ones[n % 10]) : QString()));
+        else if (n > 0)
+            w << QString::fromLatin1(ones[n]);
+        return w.join(QLatin1Char(' '));
+    };
+    static const char *const scales[] = {"", "THOUSAND", "MILLION", "BILLION", "TRILLION", "QUADRILLION"};
+    const qint64 cents = amount.abs().cents();
+    qint64 units = cents / 100;
+    QStringList parts;
+    if (units == 0)
+        parts << QStringLiteral("ZERO");
+    for (int scale = 0; units > 0; ++scale, units /= 1000) {
+        const int chunk = int(units % 1000);
+        if (chunk)
+            parts.prepend(below1000(chunk) + (scale ? QLatin1Char(' ') + QString::fromLatin1(scales[scale]) : QString()));
+    }
+    return (amount.isNegative() ? QStringLiteral("MINUS ") : QString()) + parts.join(QLatin1Char(' '))
+        + QStringLiteral(" AND %1/100 ONLY").arg(cents % 100, 2, 10, QLatin1Char('0'));
+}
+
+bool isReportSource(const QString &name)
+{
+    static const QSet<QString> allowed = [] {
+        QSet<QString> s;
+        for (const char *folder : {"views", "session"})
+            for (const bool pg : {false, true})
+                for (const Schema::ViewFile &v : Schema::viewFiles(QString::fromLatin1(folder), pg))
+                    s.insert(v.name.toLower());
+        for (const QString &n : DesignCatalogue::shippedNames()) {
+            try {
+                s.insert(DesignCatalogue().load(n).source.toLower());
+            } catch (const DesignError &) {
+            }
+        }
+        return s;
+    }();
+    return allowed.contains(name.toLower());
 }
 
 // ------------------------------------------------------------ frame
@@ -343,6 +392,7 @@ void buildLines(RenderedReport &r)
         }
     };
 
+    r.lines.reserve(r.rows.size() + 16);
     for (int ri = 0; ri < r.rows.size(); ++ri) {
         const Row &row = r.rows.at(ri);
         int changed = -1;
@@ -378,6 +428,7 @@ void buildLines(RenderedReport &r)
         l.level = ngroups;
         l.sourceRow = ri;
         l.values.resize(ncols);
+        l.texts.reserve(ncols);   // exactly: a long ledger holds hundreds of thousands
         for (int i = 0; i < ncols; ++i) {
             const DesignColumn &c = d.columns.at(i);
             QVariant v = typedValue(row, colIndex.at(i), c.format);
@@ -398,6 +449,20 @@ void buildLines(RenderedReport &r)
     }
     if (anyOpen && ngroups > 0)
         closeFrom(0, r.rows.size() - 1);
+    const int dr = d.columnIndex(d.balanceDebit), cr = d.columnIndex(d.balanceCredit);
+    if (dr >= 0 && cr >= 0 && anyOpen) {
+        // The books do not balance until every opening balance is in: the
+        // difference shows on the short side, so the accountant sees at
+        // once where it comes from, and the totals agree.
+        const Money diff = total.money.at(dr) - total.money.at(cr);
+        if (!diff.isZero()) {
+            const int shortSide = diff.isNegative() ? dr : cr;
+            Sums one(ncols);
+            one.money[shortSide] = diff.abs();
+            r.lines << sumLine(d, one, {d.columns.at(shortSide).field}, ReportLine::Kind::GroupFooter, 0, d.balanceCaption);
+            total.money[shortSide] += diff.abs();
+        }
+    }
     if (!d.totals.isEmpty() || d.countInTotals) {
         QString label = d.totalsCaption;
         if (d.countInTotals)
@@ -419,6 +484,106 @@ QString periodLine(const ReportRequest &req, const ReportDesign &d)
     return t;
 }
 
+QString asAtLine(const RenderedReport &r)
+{
+    const ReportDesign &d = r.design;
+    if (d.asAtField.isEmpty())
+        return QString();
+    const QDate open(9999, 12, 31);
+    QDate at = r.request.hasPeriod() && r.request.to < open ? r.request.to : QDate();
+    if (!at.isValid() && !r.rows.isEmpty()) {
+        const QDate field = r.rows.at(0).date(d.asAtField);
+        if (field.isValid() && field < open)
+            at = field;
+    }
+    if (!at.isValid())
+        at = r.printedAt.date();
+    return QStringLiteral("AS AT %1").arg(at.toString(QStringLiteral("dd/MM/yyyy")));
+}
+
+enum class ValueKind { Text, Number, Date };
+
+// What kind of value a field of the source holds: the design's format when
+// the field is one of its columns, else the first value found.
+ValueKind kindOf(SessionConnection &db, const QString &source, const ReportDesign &d, const QString &field)
+{
+    const int col = d.columnIndex(field);
+    if (col >= 0) {
+        switch (d.columns.at(col).format) {
+        case FieldFormat::Money:
+        case FieldFormat::Balance:
+        case FieldFormat::Number:
+        case FieldFormat::Integer: return ValueKind::Number;
+        case FieldFormat::Date: return ValueKind::Date;
+        case FieldFormat::Text: break;
+        }
+    }
+    if (db.dialect() == SessionConnection::Dialect::PostgreSQL) {
+        // The server knows each column's type, views' included.
+        const auto type = db.selectOne(QStringLiteral("SELECT data_type FROM information_schema.columns "
+                                                      "WHERE table_name = ? AND column_name = ? LIMIT 1"),
+                                       {source.toLower(), field.toLower()});
+        const QString t = type ? type->text(0) : QString();
+        if (t.startsWith(QLatin1String("date")) || t.startsWith(QLatin1String("timestamp")))
+            return ValueKind::Date;
+        static const QStringList numeric = {QStringLiteral("numeric"), QStringLiteral("integer"), QStringLiteral("bigint"),
+                                            QStringLiteral("smallint"), QStringLiteral("double precision"), QStringLiteral("real")};
+        return numeric.contains(t) ? ValueKind::Number : ValueKind::Text;
+    }
+    // `source` and `field` are checked identifiers of the source.
+    const auto row = db.selectOne(QStringLiteral("SELECT ") + field + QStringLiteral(" FROM ") + source + QStringLiteral(" WHERE ")
+                                  + field + QStringLiteral(" IS NOT NULL LIMIT 1"));
+    if (!row)
+        return ValueKind::Text;
+    const QVariant v = row->value(0);
+    if (looksLikeDate(v))
+        return ValueKind::Date;
+    switch (v.metaType().id()) {
+    case QMetaType::Int: case QMetaType::UInt: case QMetaType::LongLong: case QMetaType::ULongLong:
+    case QMetaType::Double: case QMetaType::Float:
+        return ValueKind::Number;
+    default:
+        break;
+    }
+    if (v.metaType() == QMetaType::fromType<Money>())
+        return ValueKind::Number;
+    return ValueKind::Text;
+}
+
+// A value typed on a command line, as the field's type: the same answer
+// on both engines, and a clear refusal of a value that does not fit.
+QVariant typedConditionValue(SessionConnection &db, const QString &source, const ReportDesign &d, const ReportCondition &c)
+{
+    const QString text = c.value.toString().trimmed();
+    static const QRegularExpression dateShape(QStringLiteral("^\\d{1,2}/\\d{1,2}/\\d{4}$"));
+    const bool looksDate = dateShape.match(text).hasMatch();
+    const QDate date = QDate::fromString(text, QStringLiteral("dd/MM/yyyy"));
+    if (looksDate && !date.isValid())
+        throw DesignError(QStringLiteral("%1: \"%2\" is not a date dd/mm/yyyy").arg(c.field, text));
+    if (c.op == ReportCondition::Op::Like)
+        return c.value.toString();
+    switch (kindOf(db, source, d, c.field)) {
+    case ValueKind::Date:
+        if (!date.isValid())
+            throw DesignError(QStringLiteral("%1: \"%2\" is not a date dd/mm/yyyy").arg(c.field, text));
+        return date;
+    case ValueKind::Number: {
+        static const QRegularExpression number(QStringLiteral("^-?\\d{1,15}(\\.\\d{1,6})?$"));
+        if (!number.match(text).hasMatch())
+            throw DesignError(QStringLiteral("%1: \"%2\" is not a number").arg(c.field, text));
+        if (!text.contains(QLatin1Char('.')))
+            return text.toLongLong();
+        if (text.section(QLatin1Char('.'), 1).size() <= 2)
+            if (const auto m = Money::parse(text))
+                return m->toVariant();
+        return text.toDouble();
+    }
+    case ValueKind::Text:
+        break;
+    }
+    return looksDate ? QVariant(date) : QVariant(c.value.toString());
+}
+
 } // namespace
 
 RenderedReport ReportFrame::render(SessionConnection &db, const ReportRequest &request)
@@ -437,6 +602,10 @@ RenderedReport ReportFrame::render(SessionConnection &db, const ReportRequest &r
     static const QRegularExpression ident(QStringLiteral("^[A-Za-z_][A-Za-z0-9_]*$"));
     if (!ident.match(source).hasMatch())
         throw DesignError(QStringLiteral("\"%1\" is not a report source").arg(source));
+    if (!isReportSource(source))
+        throw DesignError(QStringLiteral("%1: reports read only the program's views and the tables of its own designs; "
+                                         "\"%2\" is not one of them")
+                              .arg(QDir::toNativeSeparators(d.origin), source));
 
     r.header = headerTexts(db);
     r.logo = logo();
@@ -478,7 +647,7 @@ RenderedReport ReportFrame::render(SessionConnection &db, const ReportRequest &r
             throw DesignError(QStringLiteral("The selection names the field \"%1\", which is not in the source \"%2\"")
                                   .arg(c.field, source));
         where << c.field + QLatin1Char(' ') + c.opText() + QStringLiteral(" ?");
-        params << c.value;
+        params << (c.asTyped ? typedConditionValue(db, source, d, c) : c.value);
     }
     QStringList order;
     for (const DesignGroup &g : d.groups)
@@ -498,7 +667,13 @@ RenderedReport ReportFrame::render(SessionConnection &db, const ReportRequest &r
     period.reset();
 
     buildLines(r);
-    r.layout();
+    r.asAtText = asAtLine(r);
+    if (!d.wordsField.isEmpty() && !r.lines.isEmpty()) {
+        const int col = d.columnIndex(d.wordsField);
+        const QVariant v = r.lines.constLast().values.value(col);
+        if (r.lines.constLast().kind == ReportLine::Kind::Total && v.isValid())
+            r.amountWords = amountInWords(v.value<Money>());
+    }
     return r;
 }
 

@@ -39,6 +39,10 @@ struct ReportCondition
     QString field;
     Op op = Op::Equal;
     QVariant value;
+    // The value is text as a user typed it (a command line): the frame
+    // takes it as the column's type, a number for a number and a date for
+    // a date, and refuses text that does not fit.
+    bool asTyped = false;
 
     static ReportCondition equal(const QString &f, const QVariant &v) { return {f, Op::Equal, v}; }
     static ReportCondition notEqual(const QString &f, const QVariant &v) { return {f, Op::NotEqual, v}; }
@@ -48,9 +52,9 @@ struct ReportCondition
     static ReportCondition greater(const QString &f, const QVariant &v) { return {f, Op::Greater, v}; }
     static ReportCondition like(const QString &f, const QVariant &v) { return {f, Op::Like, v}; }
 
-    // "FIELD=VALUE", "FIELD>=VALUE", "FIELD<VALUE", "FIELD~PATTERN" (like);
-    // a value written dd/mm/yyyy is taken as a date. Returns nothing for
-    // text of another shape.
+    // "FIELD=VALUE", "FIELD>=VALUE", "FIELD<VALUE", "FIELD~PATTERN" (like),
+    // with the value as typed (asTyped). Returns nothing for text of
+    // another shape.
     static std::optional<ReportCondition> parse(const QString &text);
     QString opText() const;
 };
@@ -112,6 +116,8 @@ public:
     ReportRequest request;
     QString heading;               // as printed
     QString periodText;            // "FROM 01/07/2025 TO 30/06/2026", or empty
+    QString asAtText;              // "AS AT 30/06/2026", or empty
+    QString amountWords;           // a document's total in words, or empty
     HeaderTexts header;
     QImage logo;                   // null: no logo
     QueryResult rows;              // the rows read, in report order
@@ -134,12 +140,14 @@ public:
     // tests).
     QStringList pageTexts() const;
 
-    // Runs the page layout (render() does it; call again after changing
-    // lines by hand).
+    // Drops the page layout; the next call that needs pages lays them out
+    // again (after changing lines by hand). Files without pages (CSV,
+    // workbook) never lay out at all.
     void layout();
 
 private:
-    std::unique_ptr<LayoutData> m_layout;
+    const LayoutData &pages() const;
+    mutable std::unique_ptr<LayoutData> m_layout;
 };
 
 class ReportFrame
@@ -162,6 +170,15 @@ public:
     // The user design folder of the settings file.
     static QString userDesignDir();
 };
+
+// An amount in words, as under a voucher's total:
+// "ONE THOUSAND TWO HUNDRED THIRTY-FOUR AND 50/100 ONLY".
+QString amountInWords(const Money &amount);
+
+// The views and tables a design may read: the program's views and the
+// tables its own designs name. Anything else (the users' table, say) is
+// refused.
+bool isReportSource(const QString &name);
 
 // Formats a value as a column prints it.
 QString formatValue(const QVariant &value, FieldFormat format, int decimals = 2, bool blankZero = false);

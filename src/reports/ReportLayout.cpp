@@ -1,6 +1,11 @@
 // Page layout of a rendered report. Everything is placed in tenths of a
 // point on an A4 page (portrait or landscape); painting scales that to the
 // device, so the viewer, the printer and the PDF show the same pages.
+//
+// Pages are laid out as they are wanted: one pass over the lines settles
+// where each page starts (line heights only), and a page's texts are
+// placed when it is painted, so a report of half a million lines holds
+// only its lines, never its pages' items.
 #include "reports/ReportFrame.h"
 
 #include <QFontMetricsF>
@@ -43,27 +48,35 @@ struct Page
 
 } // namespace
 
+class PageBuilder;
+
 struct LayoutData
 {
     QSizeF size;
     QVector<QFont> fonts;
     QVector<PageItem> header;  // the same on every page
-    QVector<Page> pages;
+    QVector<int> pageStarts;   // first line of each page
     bool footer = true;
     qreal footerTop = 0;
     QString footerLeft, footerCentre;
+    std::unique_ptr<PageBuilder> builder;
+    // The pages placed lately (a few, for the viewer going back and forth).
+    mutable QVector<QPair<int, std::shared_ptr<Page>>> recent;
+    ~LayoutData();
+
+    const Page &page(const RenderedReport &r, int index) const;
 };
 
-RenderedReport::RenderedReport() : m_layout(std::make_unique<LayoutData>()) {}
+RenderedReport::RenderedReport() = default;
 RenderedReport::~RenderedReport() = default;
 RenderedReport::RenderedReport(RenderedReport &&) noexcept = default;
 RenderedReport &RenderedReport::operator=(RenderedReport &&) noexcept = default;
 
-int RenderedReport::pageCount() const { return m_layout ? m_layout->pages.size() : 0; }
+int RenderedReport::pageCount() const { return pages().pageStarts.size(); }
 
 QSizeF RenderedReport::pageSizePoints() const
 {
-    return m_layout ? m_layout->size / kUnitsPerPoint : QSizeF();
+    return pages().size / kUnitsPerPoint;
 }
 
 namespace {
@@ -88,48 +101,73 @@ QVector<QFont> makeFonts()
     return f;
 }
 
-class Builder
+} // namespace
+
+class PageBuilder
 {
 public:
-    Builder(RenderedReport &r, LayoutData &L) : m_r(r), m_d(r.design), m_L(L)
+    PageBuilder(const RenderedReport &r, LayoutData &L) : m_r(&r), m_d(&r.design), m_L(L)
     {
         L.fonts = makeFonts();
         for (const QFont &f : L.fonts)
             m_metrics << QFontMetricsF(f);
         m_widths.resize(L.fonts.size());
-        L.size = m_d.landscape ? QSizeF(kA4Height, kA4Width) : QSizeF(kA4Width, kA4Height);
+        const QSizeF a4 = m_d->landscape ? QSizeF(kA4Height, kA4Width) : QSizeF(kA4Width, kA4Height);
+        // A half-page document is the top half of a portrait sheet.
+        L.size = m_d->halfPage ? QSizeF(kA4Width, kA4Height / 2) : a4;
         m_left = kMarginX;
         m_right = L.size.width() - kMarginX;
-        qreal total = 0;
-        for (const DesignColumn &c : m_d.columns)
-            total += c.width;
-        qreal x = m_left;
-        for (const DesignColumn &c : m_d.columns) {
-            const qreal w = (m_right - m_left) * c.width / total;
-            m_colX << x;
-            m_colW << w;
-            x += w;
-        }
+        shareColumns();
     }
 
+    // The report has moved (the viewer takes it over): read it there.
+    void rebind(const RenderedReport &r) { m_r = &r; m_d = &r.design; }
+
+    // Settles the header, the footer and where every page starts.
     void run()
     {
         buildHeader();
-        m_L.footer = !m_d.strip;
-        m_bottom = m_L.size.height() - kMarginBottom;
+        m_L.footer = !m_d->strip;
+        m_bottom = m_L.size.height() - (m_d->halfPage ? kMarginBottom / 2 : kMarginBottom);
         if (m_L.footer) {
             const qreal fh = lineHeight(Small) + 60;
             m_L.footerTop = m_bottom - fh;
             m_bottom = m_L.footerTop - 40;
             m_L.footerLeft = QStringLiteral("%1  |  %2  |  Printed %3")
-                                 .arg(m_r.header.companyName, m_r.header.contact,
-                                      m_r.printedAt.toString(QStringLiteral("dd/MM/yyyy HH:mm")));
+                                 .arg(m_r->header.companyName, m_r->header.contact,
+                                      m_r->printedAt.toString(QStringLiteral("dd/MM/yyyy HH:mm")));
         }
-        newPage();
-        for (int i = 0; i < m_r.lines.size(); ++i)
-            placeLine(i);
-        if (!m_d.signatures.isEmpty())
-            placeSignatures();
+        m_L.pageStarts.clear();
+        m_L.pageStarts << 0;
+        m_y = m_bodyTop;
+        for (int i = 0; i < m_r->lines.size(); ++i) {
+            const ReportLine &l = m_r->lines.at(i);
+            if (breaksBefore(l)) {
+                m_L.pageStarts << i;
+                m_y = m_bodyTop;
+            }
+            m_y += heightOf(l);
+        }
+        if (m_y + endHeight() > m_bottom && !m_r->lines.isEmpty() && endHeight() > 0)
+            m_L.pageStarts << int(m_r->lines.size()); // the words and signatures on a page of their own
+    }
+
+    // Places the lines of one page.
+    Page place(int index)
+    {
+        Page page;
+        const int first = m_L.pageStarts.value(index, 0);
+        const bool last = index == m_L.pageStarts.size() - 1;
+        const int end = last ? int(m_r->lines.size()) : m_L.pageStarts.at(index + 1);
+        m_y = m_bodyTop;
+        for (int i = first; i < end; ++i)
+            placeLine(page, i);
+        if (last) {
+            placeWords(page);
+            if (!m_d->signatures.isEmpty())
+                placeSignatures(page);
+        }
+        return page;
     }
 
 private:
@@ -148,6 +186,123 @@ private:
         return w;
     }
 
+    static bool isFigure(const DesignColumn &c) { return c.format != FieldFormat::Text; }
+
+    // The page width shared out by the design's widths, except that a
+    // figure's column is never narrower than its widest figure (totals
+    // included) or its caption: what it needs is taken from the text
+    // columns, whose texts wrap instead.
+    void shareColumns()
+    {
+        const int n = m_d->columns.size();
+        const qreal page = m_right - m_left;
+        qreal total = 0;
+        for (const DesignColumn &c : m_d->columns)
+            total += c.width;
+        QVector<qreal> w(n), need(n, 0);
+        for (int i = 0; i < n; ++i)
+            w[i] = page * m_d->columns.at(i).width / total;
+        // Figures in this font have one width per character, so only the
+        // longest texts of a column need measuring.
+        QVector<QHash<QString, int>> longest(n);
+        QVector<int> longestLen(n, 0);
+        for (const ReportLine &l : m_r->lines) {
+            const int font = l.kind == ReportLine::Kind::Detail && !l.emphasis ? Body : BodyBold;
+            for (int i = 0; i < n && i < l.texts.size(); ++i) {
+                if (!isFigure(m_d->columns.at(i)))
+                    continue;
+                const QString &t = l.texts.at(i);
+                if (t.size() + 1 < longestLen.at(i))
+                    continue;
+                if (t.size() > longestLen.at(i) + 1) {
+                    longest[i].clear();
+                    longestLen[i] = t.size();
+                } else if (t.size() > longestLen.at(i)) {
+                    longestLen[i] = t.size();
+                }
+                if (longest.at(i).size() < 64)
+                    longest[i].insert(t, font);
+            }
+        }
+        for (int i = 0; i < n; ++i) {
+            if (!isFigure(m_d->columns.at(i)))
+                continue;
+            qreal widest = advance(m_d->columns.at(i).caption, Caption);
+            for (auto it = longest.at(i).constBegin(); it != longest.at(i).constEnd(); ++it)
+                widest = qMax(widest, advance(it.key(), it.value()));
+            need[i] = widest + 2 * kPad + 10;
+        }
+        qreal short_ = 0, textRoom = 0;
+        for (int i = 0; i < n; ++i) {
+            if (need.at(i) > w.at(i))
+                short_ += need.at(i) - w.at(i);
+            else if (!isFigure(m_d->columns.at(i)))
+                textRoom += w.at(i) - qMin(w.at(i), 900.0);
+        }
+        if (short_ > 0 && textRoom > 0) {
+            const qreal take = qMin(short_, textRoom);
+            for (int i = 0; i < n; ++i) {
+                if (need.at(i) > w.at(i))
+                    w[i] += (need.at(i) - w.at(i)) * take / short_;
+                else if (!isFigure(m_d->columns.at(i)))
+                    w[i] -= (w.at(i) - qMin(w.at(i), 900.0)) * take / textRoom;
+            }
+        }
+        qreal x = m_left;
+        for (int i = 0; i < n; ++i) {
+            m_colX << x;
+            m_colW << w.at(i);
+            x += w.at(i);
+        }
+    }
+
+    // A text cut into lines that fit `width`, at spaces where it can.
+    QStringList wrap(const QString &text, int font, qreal width)
+    {
+        if (text.isEmpty() || advance(text, font) <= width)
+            return {text};
+        const QFontMetricsF &fm = m_metrics.at(font);
+        QStringList out;
+        QString line;
+        const QStringList words = text.split(QLatin1Char(' '), Qt::SkipEmptyParts);
+        for (QString word : words) {
+            QString tryLine = line.isEmpty() ? word : line + QLatin1Char(' ') + word;
+            if (fm.horizontalAdvance(tryLine) <= width) {
+                line = tryLine;
+                continue;
+            }
+            if (!line.isEmpty())
+                out << line;
+            // A word longer than the cell is cut where it must be.
+            while (fm.horizontalAdvance(word) > width && word.size() > 1) {
+                int k = word.size() - 1;
+                while (k > 1 && fm.horizontalAdvance(word.left(k)) > width)
+                    --k;
+                out << word.left(k);
+                word = word.mid(k);
+            }
+            line = word;
+        }
+        if (!line.isEmpty())
+            out << line;
+        return out;
+    }
+
+    int detailLines(const ReportLine &l)
+    {
+        const int font = l.emphasis ? BodyBold : Body;
+        int most = 1;
+        for (int i = 0; i < l.texts.size() && i < m_colW.size(); ++i) {
+            const QString &t = l.texts.at(i);
+            if (t.isEmpty() || isFigure(m_d->columns.at(i)))
+                continue;
+            const qreal width = m_colW.at(i) - 2 * kPad;
+            if (advance(t, font) > width)
+                most = qMax(most, int(wrap(t, font, width).size()));
+        }
+        return most;
+    }
+
     void addText(QVector<PageItem> &to, const QRectF &rect, const QString &text, int font, int align, bool grey = false)
     {
         if (text.isEmpty())
@@ -156,11 +311,7 @@ private:
         it.kind = PageItem::Kind::Text;
         it.rect = rect;
         it.text = text;
-        qreal w = advance(text, font);
-        if (w > rect.width()) {
-            it.text = m_metrics.at(font).elidedText(text, Qt::ElideRight, rect.width());
-            w = m_metrics.at(font).horizontalAdvance(it.text);
-        }
+        const qreal w = advance(text, font);
         it.font = font;
         it.align = align;
         it.grey = grey;
@@ -173,6 +324,21 @@ private:
         const qreal y = rect.top() + (rect.height() - (fm.ascent() + fm.descent())) / 2 + fm.ascent();
         it.baseline = QPointF(x, y);
         to << it;
+    }
+
+    // A text in a cell: lines of its own where it is too long.
+    void addWrapped(QVector<PageItem> &to, const QRectF &rect, const QString &text, int font, int align)
+    {
+        if (text.isEmpty())
+            return;
+        if (advance(text, font) <= rect.width()) {
+            addText(to, rect, text, font, align);
+            return;
+        }
+        const QStringList lines = wrap(text, font, rect.width());
+        const qreal step = lineHeight(font);
+        for (int k = 0; k < lines.size(); ++k)
+            addText(to, QRectF(rect.left(), rect.top() + k * step, rect.width(), rowHeight()), lines.at(k), font, align);
     }
 
     void addLine(QVector<PageItem> &to, qreal x1, qreal x2, qreal y, bool dbl = false)
@@ -201,12 +367,13 @@ private:
     void buildHeader()
     {
         QVector<PageItem> &H = m_L.header;
-        qreal y = kMarginTop;
+        H.clear();
+        qreal y = m_d->halfPage ? kMarginTop / 2 : kMarginTop;
         const qreal width = m_right - m_left;
         qreal logoBottom = y;
         qreal logoSpace = 0;
-        if (!m_r.logo.isNull()) {
-            const qreal aspect = qreal(m_r.logo.width()) / qMax(1, m_r.logo.height());
+        if (!m_r->logo.isNull()) {
+            const qreal aspect = qreal(m_r->logo.width()) / qMax(1, m_r->logo.height());
             qreal h = 560;
             qreal w = h * aspect;
             if (w > 1400) {
@@ -220,13 +387,17 @@ private:
             logoBottom = y + it.rect.height();
             logoSpace = w + 100;
         }
-        const HeaderTexts &t = m_r.header;
+        const HeaderTexts &t = m_r->header;
         auto centred = [&](const QString &text, int font) {
             if (text.isEmpty())
                 return;
             const qreal h = lineHeight(font);
-            addText(H, QRectF(m_left + logoSpace, y, width - 2 * logoSpace, h), text, font, Qt::AlignHCenter);
-            y += h;
+            const QRectF box(m_left + logoSpace, y, width - 2 * logoSpace, h);
+            const QStringList lines = wrap(text, font, box.width());
+            for (const QString &line : lines) {
+                addText(H, QRectF(box.left(), y, box.width(), h), line, font, Qt::AlignHCenter);
+                y += h;
+            }
         };
         centred(t.clientName, Name);
         centred(t.clientAddress, Body);
@@ -238,27 +409,24 @@ private:
         if (!t.clientSaleTaxNo.isEmpty()) tax << QStringLiteral("Sales Tax No: %1").arg(t.clientSaleTaxNo);
         if (!t.clientNTN.isEmpty()) tax << QStringLiteral("NTN: %1").arg(t.clientNTN);
         centred(tax.join(QStringLiteral("    ")), Body);
-        y = qMax(y, logoBottom) + 60;
+        y = qMax(y, logoBottom) + (m_d->halfPage ? 30 : 60);
         addLine(H, m_left, m_right, y);
-        y += 80;
-        if (!m_r.heading.isEmpty()) {
-            const qreal h = lineHeight(Title);
-            addText(H, QRectF(m_left, y, width, h), m_r.heading, Title, Qt::AlignHCenter);
-            y += h + 10;
+        y += m_d->halfPage ? 40 : 80;
+        logoSpace = 0;
+        if (!m_r->heading.isEmpty()) {
+            centred(m_r->heading, Title);
+            y += 10;
         }
-        if (!m_r.periodText.isEmpty()) {
-            const qreal h = lineHeight(BodyBold);
-            addText(H, QRectF(m_left, y, width, h), m_r.periodText, BodyBold, Qt::AlignHCenter);
-            y += h;
-        }
-        y += 60;
-        if (!m_d.documentFields.isEmpty() && !m_r.rows.isEmpty()) {
+        centred(m_r->asAtText, BodyBold);
+        centred(m_r->periodText, BodyBold);
+        y += m_d->halfPage ? 30 : 60;
+        if (!m_d->documentFields.isEmpty() && !m_r->rows.isEmpty()) {
             // Caption and value pairs, two to a line.
-            const Row &first = m_r.rows.at(0);
+            const Row &first = m_r->rows.at(0);
             const qreal half = width / 2;
             const qreal h = rowHeight();
-            for (int i = 0; i < m_d.documentFields.size(); ++i) {
-                const DesignField &f = m_d.documentFields.at(i);
+            for (int i = 0; i < m_d->documentFields.size(); ++i) {
+                const DesignField &f = m_d->documentFields.at(i);
                 const qreal x = m_left + (i % 2) * half;
                 const int col = first.indexOf(f.field);
                 QVariant v;
@@ -274,37 +442,55 @@ private:
                 }
                 addText(H, QRectF(x, y, 1000, h), f.caption + QLatin1Char(':'), Caption, Qt::AlignLeft);
                 addText(H, QRectF(x + 1000, y, half - 1100, h), formatValue(v, f.format), Body, Qt::AlignLeft);
-                if (i % 2 == 1 || i == m_d.documentFields.size() - 1)
+                if (i % 2 == 1 || i == m_d->documentFields.size() - 1)
                     y += h;
             }
-            y += 60;
+            y += m_d->halfPage ? 30 : 60;
         }
         const qreal ch = rowHeight() * 1.1;
         addLine(H, m_left, m_right, y);
-        for (int i = 0; i < m_d.columns.size(); ++i)
-            addText(H, cell(i, y, ch), m_d.columns.at(i).caption, Caption, alignOf(m_d.columns.at(i)) | Qt::AlignVCenter);
+        for (int i = 0; i < m_d->columns.size(); ++i)
+            addText(H, cell(i, y, ch), m_d->columns.at(i).caption, Caption, alignOf(m_d->columns.at(i)) | Qt::AlignVCenter);
         y += ch;
         addLine(H, m_left, m_right, y);
         m_bodyTop = y + 30;
     }
 
-    void newPage()
-    {
-        m_L.pages.append(Page());
-        m_y = m_bodyTop;
-    }
-
-    Page &page() { return m_L.pages.last(); }
-
-    qreal heightOf(const ReportLine &l) const
+    qreal heightOf(const ReportLine &l)
     {
         switch (l.kind) {
         case ReportLine::Kind::GroupHeader: return rowHeight() + (l.level == 0 ? 50 : 25);
-        case ReportLine::Kind::Detail: return rowHeight();
+        case ReportLine::Kind::Detail: return rowHeight() + (detailLines(l) - 1) * lineHeight(Body);
         case ReportLine::Kind::GroupFooter: return rowHeight() + 50;
         case ReportLine::Kind::Total: return rowHeight() + 110;
         }
         return rowHeight();
+    }
+
+    // Room for what follows the last line: the amount in words and the
+    // signatures.
+    qreal endHeight() const
+    {
+        qreal h = 0;
+        if (!m_r->amountWords.isEmpty())
+            h += rowHeight() * 2;
+        if (!m_d->signatures.isEmpty())
+            h += rowHeight() * 4;
+        return h;
+    }
+
+    // Whether line `l` starts a new page, with m_y where it would go.
+    bool breaksBefore(const ReportLine &l)
+    {
+        const bool top = m_y <= m_bodyTop + 1;
+        qreal need = heightOf(l);
+        if (l.kind == ReportLine::Kind::GroupHeader) {
+            // A heading keeps its first line with it.
+            need += rowHeight();
+            if (m_d->groups.value(l.level).newPage && !top)
+                return true;
+        }
+        return m_y + need > m_bottom && !top;
     }
 
     int firstSumColumn(const ReportLine &l) const
@@ -312,21 +498,12 @@ private:
         for (int i = 0; i < l.texts.size(); ++i)
             if (!l.texts.at(i).isEmpty())
                 return i;
-        return m_d.columns.size();
+        return m_d->columns.size();
     }
 
-    void placeLine(int index)
+    void placeLine(Page &page, int index)
     {
-        const ReportLine &l = m_r.lines.at(index);
-        qreal need = heightOf(l);
-        if (l.kind == ReportLine::Kind::GroupHeader) {
-            // A heading keeps its first line with it.
-            need += rowHeight();
-            if (m_d.groups.value(l.level).newPage && m_y > m_bodyTop + 1)
-                newPage();
-        }
-        if (m_y + need > m_bottom && m_y > m_bodyTop + 1)
-            newPage();
+        const ReportLine &l = m_r->lines.at(index);
         const qreal h = heightOf(l);
         qreal y = m_y;
         const qreal rh = rowHeight();
@@ -334,14 +511,14 @@ private:
         case ReportLine::Kind::GroupHeader: {
             y += h - rh;
             const qreal x = m_left + kPad + l.level * kIndent;
-            addText(page().items, QRectF(x, y, m_right - x, rh), l.label, BodyBold, Qt::AlignLeft | Qt::AlignVCenter);
+            addWrapped(page.items, QRectF(x, y, m_right - x, rh), l.label, BodyBold, Qt::AlignLeft | Qt::AlignVCenter);
             break;
         }
         case ReportLine::Kind::Detail: {
             const int font = l.emphasis ? BodyBold : Body;
             for (int i = 0; i < l.texts.size(); ++i)
-                addText(page().items, cell(i, y, rh), l.texts.at(i), font, alignOf(m_d.columns.at(i)) | Qt::AlignVCenter);
-            page().hits.append(qMakePair(QRectF(m_left, y, m_right - m_left, rh), index));
+                addWrapped(page.items, cell(i, y, rh), l.texts.at(i), font, alignOf(m_d->columns.at(i)) | Qt::AlignVCenter);
+            page.hits.append(qMakePair(QRectF(m_left, y, m_right - m_left, h), index));
             break;
         }
         case ReportLine::Kind::GroupFooter:
@@ -350,17 +527,17 @@ private:
             y += 20;
             const int first = firstSumColumn(l);
             const qreal labelX = m_left + kPad + (total ? 0 : l.level * kIndent);
-            const qreal labelRight = first < m_d.columns.size() ? m_colX.at(first) : m_right;
+            const qreal labelRight = first < m_d->columns.size() ? m_colX.at(first) : m_right;
             for (int i = 0; i < l.texts.size(); ++i) {
                 if (l.texts.at(i).isEmpty())
                     continue;
-                addLine(page().items, m_colX.at(i) + kPad, m_colX.at(i) + m_colW.at(i) - kPad, y);
-                addText(page().items, cell(i, y + 10, rh), l.texts.at(i), BodyBold,
-                        alignOf(m_d.columns.at(i)) | Qt::AlignVCenter);
+                addLine(page.items, m_colX.at(i) + kPad, m_colX.at(i) + m_colW.at(i) - kPad, y);
+                addText(page.items, cell(i, y + 10, rh), l.texts.at(i), BodyBold,
+                        alignOf(m_d->columns.at(i)) | Qt::AlignVCenter);
                 if (total)
-                    addLine(page().items, m_colX.at(i) + kPad, m_colX.at(i) + m_colW.at(i) - kPad, y + rh + 30, true);
+                    addLine(page.items, m_colX.at(i) + kPad, m_colX.at(i) + m_colW.at(i) - kPad, y + rh + 30, true);
             }
-            addText(page().items, QRectF(labelX, y + 10, qMax<qreal>(labelRight - labelX - kPad, 800), rh), l.label,
+            addText(page.items, QRectF(labelX, y + 10, qMax<qreal>(labelRight - labelX - kPad, 800), rh), l.label,
                     BodyBold, Qt::AlignLeft | Qt::AlignVCenter);
             break;
         }
@@ -368,30 +545,56 @@ private:
         m_y += h;
     }
 
-    void placeSignatures()
+    void placeWords(Page &page)
     {
-        const qreal h = rowHeight() * 4;
-        if (m_y + h > m_bottom)
-            newPage();
+        if (m_r->amountWords.isEmpty())
+            return;
+        const QString text = QStringLiteral("AMOUNT IN WORDS: ") + m_r->amountWords;
+        const QRectF box(m_left + kPad, m_y + rowHeight() * 0.3, m_right - m_left - 2 * kPad, rowHeight());
+        const QStringList lines = wrap(text, BodyBold, box.width());
+        for (int k = 0; k < lines.size(); ++k)
+            addText(page.items, box.translated(0, k * lineHeight(BodyBold)), lines.at(k), BodyBold, Qt::AlignLeft | Qt::AlignVCenter);
+        m_y += rowHeight() * 0.3 + lines.size() * lineHeight(BodyBold) + rowHeight() * 0.5;
+    }
+
+    void placeSignatures(Page &page)
+    {
         const qreal y = qMax(m_y + rowHeight() * 2, m_bottom - rowHeight() * 1.5);
-        const int n = m_d.signatures.size();
+        const int n = m_d->signatures.size();
         const qreal slot = (m_right - m_left) / n;
         for (int i = 0; i < n; ++i) {
             const qreal x = m_left + i * slot + slot * 0.1;
             const qreal w = slot * 0.8;
-            addLine(page().items, x, x + w, y);
-            addText(page().items, QRectF(x, y + 20, w, rowHeight()), m_d.signatures.at(i), Caption, Qt::AlignHCenter);
+            addLine(page.items, x, x + w, y);
+            addText(page.items, QRectF(x, y + 20, w, rowHeight()), m_d->signatures.at(i), Caption, Qt::AlignHCenter);
         }
     }
 
-    RenderedReport &m_r;
-    const ReportDesign &m_d;
+    const RenderedReport *m_r;
+    const ReportDesign *m_d;
     LayoutData &m_L;
     qreal m_left = 0, m_right = 0, m_bodyTop = 0, m_bottom = 0, m_y = 0;
     QVector<qreal> m_colX, m_colW;
     QVector<QFontMetricsF> m_metrics;
     QVector<QHash<QString, qreal>> m_widths;
 };
+
+LayoutData::~LayoutData() = default;
+
+const Page &LayoutData::page(const RenderedReport &r, int index) const
+{
+    for (const auto &p : recent)
+        if (p.first == index)
+            return *p.second;
+    builder->rebind(r);
+    auto made = std::make_shared<Page>(builder->place(index));
+    if (recent.size() >= 6)
+        recent.removeFirst();
+    recent.append(qMakePair(index, made));
+    return *made;
+}
+
+namespace {
 
 // What the painter holds already, so that a page of a thousand texts does
 // not change font and pen a thousand times (slow on PDF).
@@ -437,15 +640,26 @@ void paintItem(QPainter &p, const LayoutData &L, const PageItem &it, const QImag
 
 void RenderedReport::layout()
 {
-    m_layout = std::make_unique<LayoutData>();
-    Builder(*this, *m_layout).run();
+    m_layout.reset();
+}
+
+const LayoutData &RenderedReport::pages() const
+{
+    if (!m_layout) {
+        auto L = std::make_unique<LayoutData>();
+        L->builder = std::make_unique<PageBuilder>(*this, *L);
+        L->builder->run();
+        m_layout = std::move(L);
+    }
+    return *m_layout;
 }
 
 void RenderedReport::paintPage(QPainter &p, int page, const QRectF &target) const
 {
-    if (!m_layout || page < 0 || page >= m_layout->pages.size())
+    const LayoutData &L = pages();
+    if (page < 0 || page >= L.pageStarts.size())
         return;
-    const LayoutData &L = *m_layout;
+    const Page &items = L.page(*this, page);
     p.save();
     p.translate(target.topLeft());
     p.scale(target.width() / L.size.width(), target.height() / L.size.height());
@@ -455,7 +669,7 @@ void RenderedReport::paintPage(QPainter &p, int page, const QRectF &target) cons
     PaintState st;
     for (const PageItem &it : L.header)
         paintItem(p, L, it, logo, st);
-    for (const PageItem &it : L.pages.at(page).items)
+    for (const PageItem &it : items.items)
         paintItem(p, L, it, logo, st);
     if (L.footer) {
         const qreal left = kMarginX, right = L.size.width() - kMarginX;
@@ -467,17 +681,18 @@ void RenderedReport::paintPage(QPainter &p, int page, const QRectF &target) cons
         const QRectF row(left, L.footerTop + 40, right - left, h);
         p.drawText(row, Qt::AlignLeft | Qt::AlignVCenter, L.footerLeft);
         p.setPen(Qt::black);
-        p.drawText(row, Qt::AlignRight | Qt::AlignVCenter, QStringLiteral("Page %1 of %2").arg(page + 1).arg(L.pages.size()));
+        p.drawText(row, Qt::AlignRight | Qt::AlignVCenter, QStringLiteral("Page %1 of %2").arg(page + 1).arg(L.pageStarts.size()));
     }
     p.restore();
 }
 
 int RenderedReport::lineAt(int page, const QPointF &pt) const
 {
-    if (!m_layout || page < 0 || page >= m_layout->pages.size())
+    const LayoutData &L = pages();
+    if (page < 0 || page >= L.pageStarts.size())
         return -1;
     const QPointF u = pt * kUnitsPerPoint;
-    for (const auto &h : m_layout->pages.at(page).hits)
+    for (const auto &h : L.page(*this, page).hits)
         if (h.first.contains(u))
             return h.second;
     return -1;
@@ -486,16 +701,15 @@ int RenderedReport::lineAt(int page, const QPointF &pt) const
 QStringList RenderedReport::pageTexts() const
 {
     QStringList out;
-    if (!m_layout)
-        return out;
-    for (int i = 0; i < m_layout->pages.size(); ++i) {
+    const LayoutData &L = pages();
+    for (int i = 0; i < L.pageStarts.size(); ++i) {
         QStringList words;
-        for (const PageItem &it : m_layout->header)
+        for (const PageItem &it : L.header)
             if (it.kind == PageItem::Kind::Text) words << it.text;
-        for (const PageItem &it : m_layout->pages.at(i).items)
+        for (const PageItem &it : L.page(*this, i).items)
             if (it.kind == PageItem::Kind::Text) words << it.text;
-        if (m_layout->footer)
-            words << QStringLiteral("Page %1 of %2").arg(i + 1).arg(m_layout->pages.size());
+        if (L.footer)
+            words << QStringLiteral("Page %1 of %2").arg(i + 1).arg(L.pageStarts.size());
         out << words.join(QLatin1Char('\n'));
     }
     return out;

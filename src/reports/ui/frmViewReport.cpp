@@ -12,6 +12,7 @@
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPointer>
@@ -23,6 +24,7 @@
 #include <QScrollBar>
 #include <QSpinBox>
 #include <QStandardPaths>
+#include <QTimer>
 #include <QVBoxLayout>
 
 namespace Reports {
@@ -61,6 +63,15 @@ void ReportPageView::setZoom(int percent)
     updateGeometry();
     resize(sizeHint());
     update();
+}
+
+int ReportPageView::zoomToFitWidth(int availableWidth) const
+{
+    const QSizeF pts = m_report ? m_report->pageSizePoints() : QSizeF(595, 842);
+    const qreal full = pts.width() * logicalDpiX() / 72.0;
+    if (full <= 0)
+        return 100;
+    return qBound(25, int((availableWidth - 2 * kPageMargin) * 100 / full), 400);
 }
 
 QSize ReportPageView::sizeHint() const
@@ -104,6 +115,11 @@ void ReportPageView::mouseDoubleClickEvent(QMouseEvent *event)
 
 namespace {
 QPointer<frmViewReport> g_viewer;
+// The zoom the user chose in this session, kept for the next report; 0
+// fits the page's width to the window.
+int g_chosenZoom = 0;
+// The folder a report was last saved to.
+QString g_lastFolder;
 
 class BusyCursor
 {
@@ -144,10 +160,11 @@ frmViewReport *openViewer(QWidget *parent, const ReportRequest &request, frmView
         viewer->setAttribute(Qt::WA_DeleteOnClose);
     }
     viewer->setReport(std::move(*report));
-    viewer->setZoom(session().reportZoom > 0 ? session().reportZoom : 100);
     viewer->show();
     viewer->raise();
     viewer->activateWindow();
+    // The keys work from the first moment: the page has the focus.
+    viewer->crViewer->setFocus(Qt::OtherFocusReason);
     return viewer;
 }
 
@@ -184,6 +201,8 @@ frmViewReport::frmViewReport(QWidget *parent) : QWidget(parent, Qt::Window)
     txtPage = new QSpinBox(this);
     txtPage->setObjectName(QStringLiteral("txtPage"));
     txtPage->setMinimum(1);
+    txtPage->setFocusPolicy(Qt::ClickFocus);
+    txtPage->setKeyboardTracking(false);
     bar->addWidget(txtPage);
     lblPageCount = new QLabel(this);
     lblPageCount->setObjectName(QStringLiteral("lblPageCount"));
@@ -193,6 +212,8 @@ frmViewReport::frmViewReport(QWidget *parent) : QWidget(parent, Qt::Window)
     bar->addSpacing(16);
     cmbZoom = new QComboBox(this);
     cmbZoom->setObjectName(QStringLiteral("cmbZoom"));
+    cmbZoom->setFocusPolicy(Qt::ClickFocus);
+    cmbZoom->addItem(QStringLiteral("Page width"), 0);
     for (int z : {50, 75, 100, 118, 125, 150, 200})
         cmbZoom->addItem(QStringLiteral("%1%").arg(z), z);
     bar->addWidget(cmbZoom);
@@ -218,8 +239,13 @@ frmViewReport::frmViewReport(QWidget *parent) : QWidget(parent, Qt::Window)
     outer->addLayout(bar);
     outer->addWidget(m_scroll, 1);
 
-    m_scroll->installEventFilter(this);
+    // Every part of the viewer hands the report's keys to it, whichever has
+    // the focus.
+    for (QWidget *w : findChildren<QWidget *>())
+        w->installEventFilter(this);
     crViewer->installEventFilter(this);
+    for (QPushButton *b : findChildren<QPushButton *>())
+        b->setFocusPolicy(Qt::ClickFocus);
 
     connect(cmdFirstPage, &QPushButton::clicked, this, [this] { showPage(0); });
     connect(cmdPreviousPage, &QPushButton::clicked, this, [this] { showPage(currentPage() - 1); });
@@ -229,7 +255,10 @@ frmViewReport::frmViewReport(QWidget *parent) : QWidget(parent, Qt::Window)
         if (v - 1 != currentPage())
             showPage(v - 1);
     });
-    connect(cmbZoom, qOverload<int>(&QComboBox::activated), this, [this](int i) { setZoom(cmbZoom->itemData(i).toInt()); });
+    connect(cmbZoom, qOverload<int>(&QComboBox::activated), this, [this](int i) {
+        chooseZoom(cmbZoom->itemData(i).toInt());
+        crViewer->setFocus(Qt::OtherFocusReason);
+    });
     connect(cmdPrintSetting, &QPushButton::clicked, this, &frmViewReport::print);
     connect(cmdExportPdf, &QPushButton::clicked, this, [this] { exportAs(QStringLiteral("PDF (*.pdf)"), QStringLiteral("pdf")); });
     connect(cmdExportExcel, &QPushButton::clicked, this, [this] { exportAs(QStringLiteral("Excel workbook (*.xlsx)"), QStringLiteral("xlsx")); });
@@ -241,7 +270,7 @@ frmViewReport::frmViewReport(QWidget *parent) : QWidget(parent, Qt::Window)
         const QRect avail = screen->availableGeometry();
         resize(qMin(avail.width() - 40, 1280), avail.height() - 60);
     }
-    setZoom(session().reportZoom > 0 ? session().reportZoom : 100);
+    applyZoom();
     updatePageControls();
 }
 
@@ -252,6 +281,7 @@ void frmViewReport::setReport(RenderedReport report)
     m_report = std::move(report);
     setWindowTitle(!m_report.request.title.isEmpty() ? m_report.request.title : m_report.heading);
     crViewer->setReport(&m_report);
+    applyZoom();
     m_scroll->horizontalScrollBar()->setValue(0);
     m_scroll->verticalScrollBar()->setValue(0);
     lblStatus->clear();
@@ -269,14 +299,59 @@ void frmViewReport::showPage(int page)
 
 void frmViewReport::setZoom(int percent)
 {
+    chooseZoom(percent);
+}
+
+void frmViewReport::showAtZoom(int percent)
+{
     crViewer->setZoom(percent);
     m_scroll->horizontalScrollBar()->setValue(0);
-    int i = cmbZoom->findData(crViewer->zoom());
+    // The scroll area settles its range after the page's new size: the
+    // left edge of the page stays in sight.
+    QTimer::singleShot(0, this, [this] { m_scroll->horizontalScrollBar()->setValue(0); });
+    int i = m_fitWidth ? 0 : cmbZoom->findData(crViewer->zoom());
     if (i < 0) {
         cmbZoom->addItem(QStringLiteral("%1%").arg(crViewer->zoom()), crViewer->zoom());
         i = cmbZoom->count() - 1;
     }
     cmbZoom->setCurrentIndex(i);
+}
+
+void frmViewReport::chooseZoom(int percent)
+{
+    g_chosenZoom = percent <= 0 ? 0 : qBound(25, percent, 400);
+    applyZoom();
+}
+
+int frmViewReport::chosenZoom() { return g_chosenZoom; }
+
+void frmViewReport::applyZoom()
+{
+    m_fitWidth = g_chosenZoom <= 0;
+    if (m_fitWidth) {
+        // Before the first show the layout has not yet sized the scroll
+        // area: the window's own width says how much room there will be.
+        if (QLayout *l = layout())
+            l->activate();
+        const int room = qMax(m_scroll->viewport()->width(), width() - 2 * m_scroll->frameWidth() - 12);
+        showAtZoom(crViewer->zoomToFitWidth(room - m_scroll->verticalScrollBar()->sizeHint().width()));
+    }
+    else
+        showAtZoom(g_chosenZoom);
+}
+
+void frmViewReport::showEvent(QShowEvent *event)
+{
+    QWidget::showEvent(event);
+    if (m_fitWidth)
+        applyZoom();
+}
+
+void frmViewReport::resizeEvent(QResizeEvent *event)
+{
+    QWidget::resizeEvent(event);
+    if (m_fitWidth)
+        applyZoom();
 }
 
 int frmViewReport::zoom() const { return crViewer->zoom(); }
@@ -340,13 +415,16 @@ void frmViewReport::exportAs(const QString &filter, const QString &suffix)
 {
     QString name = m_report.heading.isEmpty() ? m_report.design.name : m_report.heading;
     name.replace(QRegularExpression(QStringLiteral("[^A-Za-z0-9]+")), QStringLiteral("_"));
-    const QString dir = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    const QString dir = !g_lastFolder.isEmpty() && QFileInfo(g_lastFolder).isDir()
+        ? g_lastFolder
+        : QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
     QString path = QFileDialog::getSaveFileName(this, QStringLiteral("SAVE REPORT"),
                                                 QDir(dir).filePath(name + QLatin1Char('.') + suffix), filter);
     if (path.isEmpty())
         return;
     if (QFileInfo(path).suffix().compare(suffix, Qt::CaseInsensitive) != 0)
         path += QLatin1Char('.') + suffix;
+    g_lastFolder = QFileInfo(path).absolutePath();
     exportTo(path);
 }
 
@@ -372,8 +450,8 @@ bool frmViewReport::handleKey(QKeyEvent *event)
     case Qt::Key_Home: showPage(0); return true;
     case Qt::Key_End: showPage(m_report.pageCount() - 1); return true;
     case Qt::Key_Plus:
-    case Qt::Key_Equal: if (ctrl) { setZoom(zoom() + 25); return true; } break;
-    case Qt::Key_Minus: if (ctrl) { setZoom(zoom() - 25); return true; } break;
+    case Qt::Key_Equal: if (ctrl) { chooseZoom(zoom() + 25); return true; } break;
+    case Qt::Key_Minus: if (ctrl) { chooseZoom(qMax(25, zoom() - 25)); return true; } break;
     case Qt::Key_P: if (ctrl) { print(); return true; } break;
     case Qt::Key_Escape: close(); return true;
     default: break;
@@ -391,7 +469,16 @@ void frmViewReport::keyPressEvent(QKeyEvent *event)
 // turn the pages, as a clerk expects of a report.
 bool frmViewReport::eventFilter(QObject *watched, QEvent *event)
 {
-    if ((watched == m_scroll || watched == crViewer) && event->type() == QEvent::KeyPress)
-        return handleKey(static_cast<QKeyEvent *>(event)) || QWidget::eventFilter(watched, event);
+    if (event->type() == QEvent::KeyPress || event->type() == QEvent::ShortcutOverride) {
+        auto *key = static_cast<QKeyEvent *>(event);
+        // Typing a page number keeps its own editing keys.
+        const bool editing = watched == txtPage || (txtPage && watched == txtPage->findChild<QLineEdit *>());
+        if (editing && (key->key() == Qt::Key_Home || key->key() == Qt::Key_End))
+            return QWidget::eventFilter(watched, event);
+        if (event->type() == QEvent::ShortcutOverride)
+            return QWidget::eventFilter(watched, event);
+        if (handleKey(key))
+            return true;
+    }
     return QWidget::eventFilter(watched, event);
 }

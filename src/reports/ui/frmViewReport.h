@@ -25,6 +25,8 @@ public:
     int page() const { return m_page; }
     void setZoom(int percent);
     int zoom() const { return m_zoom; }
+    // The zoom at which the page's width fills `availableWidth` pixels.
+    int zoomToFitWidth(int availableWidth) const;
     QSize sizeHint() const override;
     // The page's rectangle inside the widget.
     QRectF pageRect() const;
@@ -44,8 +46,8 @@ private:
 
 } // namespace Reports
 
-// The report viewer: the pages of the latest report at the session's
-// zoom, with page turning, zoom, print (printer dialogue first) and export
+// The report viewer: the pages of the latest report, first at the page's
+// width and then at the zoom the user chose, with page turning, zoom, print (printer dialogue first) and export
 // to PDF, Excel workbook and CSV. Keys: PgUp/PgDn turn pages, Home/End go
 // to the first and last, Ctrl++/Ctrl+- zoom, Ctrl+P prints.
 class frmViewReport : public QWidget
@@ -60,8 +62,12 @@ public:
 
     int currentPage() const;
     void showPage(int page);          // 0-based
-    void setZoom(int percent);
+    void setZoom(int percent);        // as chooseZoom()
     int zoom() const;
+    // The user's choice of zoom (0: the page's width), kept for the next
+    // report of the session.
+    void chooseZoom(int percent);
+    static int chosenZoom();
 
     // Export without a file dialogue (the dialogue's choice ends here).
     bool exportTo(const QString &path);
@@ -85,15 +91,20 @@ public:
 protected:
     void keyPressEvent(QKeyEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+    void showEvent(QShowEvent *event) override;
 
 private:
     bool handleKey(QKeyEvent *event);
     void print();
     void exportAs(const QString &filter, const QString &suffix);
     void updatePageControls();
+    void applyZoom();
+    void showAtZoom(int percent);
 
     Reports::RenderedReport m_report;
     QScrollArea *m_scroll = nullptr;
+    bool m_fitWidth = true;
 };
 
 namespace Reports {
