@@ -178,7 +178,8 @@ void TestSchema::versionGate_data()
     QTest::newRow("no row") << QStringLiteral("0") << int(Schema::VersionCheck::Older);
     QTest::newRow("empty") << QString() << int(Schema::VersionCheck::Older);
     QTest::newRow("newer") << QStringLiteral("20270101") << int(Schema::VersionCheck::Newer);
-    QTest::newRow("next day") << QStringLiteral("20261123") << int(Schema::VersionCheck::Newer);
+    QTest::newRow("next day") << QDate::fromString(client, QStringLiteral("yyyyMMdd")).addDays(1).toString(QStringLiteral("yyyyMMdd"))
+                              << int(Schema::VersionCheck::Newer);
     // Compared as text, as it always was: "9" sorts after "2026...".
     QTest::newRow("textual") << QStringLiteral("9") << int(Schema::VersionCheck::Newer);
 }
