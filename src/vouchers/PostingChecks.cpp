@@ -5,7 +5,6 @@
 #include "foundation/SessionConnection.h"
 #include "vouchers/VoucherRules.h"
 
-#include <QRegularExpression>
 
 namespace {
 
@@ -34,8 +33,8 @@ bool PostingChecks::isKnownType(const QString &type)
 
 bool PostingChecks::isHeading(const QString &code)
 {
-    static const QRegularExpression heading(QStringLiteral("^\\d\\d-\\d\\d-000$"));
-    return heading.match(trimmedCode(code)).hasMatch();
+    const QString c = trimmedCode(code);
+    return c.size() == 9 && c.endsWith(QLatin1String("-000")) && c.at(2) == QLatin1Char('-');
 }
 
 Outcome PostingChecks::checkDate(const QDate &date)
