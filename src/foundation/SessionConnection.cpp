@@ -406,14 +406,8 @@ bool SessionConnection::touchesYearFile(const QString &sql)
     auto it = m_touchesYear.constFind(sql);
     if (it != m_touchesYear.constEnd())
         return *it;
-    static const QSet<QString> privateNames = [] {
-        QSet<QString> names;
-        for (const Schema::Table &t : Schema::stagingTables())
-            names.insert(t.name.toLower());
-        for (const Schema::ViewFile &v : Schema::viewFiles(QStringLiteral("session"), false))
-            names.insert(v.name.toLower());
-        return names;
-    }();
+    // The year's permanent tables and views; the staging tables and the
+    // session's views over them are not among them.
     static const QSet<QString> yearNames = [] {
         QSet<QString> names;
         for (const Schema::Table &t : Schema::tables())
@@ -426,7 +420,7 @@ bool SessionConnection::touchesYearFile(const QString &sql)
     bool touches = false;
     for (auto m = word.globalMatch(sql); m.hasNext();) {
         const QString w = m.next().captured(0).toLower();
-        if (yearNames.contains(w) && !privateNames.contains(w)) {
+        if (yearNames.contains(w)) {
             touches = true;
             break;
         }
