@@ -35,6 +35,10 @@ int main(int argc, char **argv)
 
     const AppSettings settings = AppSettings::load(
         parser.isSet(configOption) ? parser.value(configOption) : AppSettings::defaultPath());
+    if (!settings.error.isEmpty()) {
+        MessageService::critical(nullptr, settings.error);
+        return 1;
+    }
 
     StartupFlow flow(settings);
     QObject::connect(&flow, &StartupFlow::finished, &app, [](int code) { QApplication::exit(code); },

@@ -5,6 +5,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QRegularExpression>
 
 namespace AccountYear {
@@ -99,6 +100,26 @@ void seed(SessionConnection &s, const CreateOptions &o, const QString &name)
     tx.commit();
 }
 
+void verifyWritten(SessionConnection &s)
+{
+    if (!s.isSQLite())
+        return;
+    const auto cp = s.selectOne(QStringLiteral("PRAGMA wal_checkpoint(TRUNCATE)"));
+    // busy, frames in the log, frames moved into the file
+    if (cp && (cp->integer(0) != 0 || cp->integer(1) != cp->integer(2)))
+        throw Error(QStringLiteral("The account year %1 could not be written out in full (the checkpoint moved %2 "
+                                   "of %3 pages).").arg(s.databaseName()).arg(cp->integer(2)).arg(cp->integer(1)));
+    const QueryResult check = s.select(QStringLiteral("PRAGMA integrity_check"));
+    if (check.size() != 1 || check.first().text(0) != QLatin1String("ok"))
+        throw Error(QStringLiteral("The account year %1 failed the integrity check: %2")
+                        .arg(s.databaseName(), check.isEmpty() ? QString() : check.first().text(0)));
+}
+
+void restrictToOwner(const QString &path)
+{
+    QFile::setPermissions(path, QFileDevice::ReadOwner | QFileDevice::WriteOwner);
+}
+
 void create(const ConnectionProfile &profile, const QString &name, const CreateOptions &o)
 {
     if (!isValidName(name))
@@ -109,8 +130,11 @@ void create(const ConnectionProfile &profile, const QString &name, const CreateO
 
     if (profile.isEmbedded()) {
         QDir dir(profile.dataDir);
-        if (!dir.exists() && !QDir().mkpath(profile.dataDir))
-            throw Error(QStringLiteral("The data folder %1 cannot be made.").arg(QDir::toNativeSeparators(profile.dataDir)));
+        if (!dir.exists()) {
+            if (!QDir().mkpath(profile.dataDir))
+                throw Error(QStringLiteral("The data folder %1 cannot be made.").arg(QDir::toNativeSeparators(profile.dataDir)));
+            QFile::setPermissions(profile.dataDir, QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
+        }
         const QString target = dir.filePath(name + QStringLiteral(".sqlite"));
         if (QFile::exists(target))
             throw Error(QStringLiteral("The account year %1 already exists.").arg(name));
@@ -128,10 +152,17 @@ void create(const ConnectionProfile &profile, const QString &name, const CreateO
             if (!f.open(QIODevice::WriteOnly))
                 throw Error(QStringLiteral("The file %1 cannot be written.").arg(QDir::toNativeSeparators(workFile)));
         }
+        restrictToOwner(workFile);
         try {
-            auto s = SessionConnection::open(profile, work);
-            Schema::ensure(*s);
-            seed(*s, o, name);
+            {
+                auto s = SessionConnection::open(profile, work);
+                Schema::ensure(*s);
+                seed(*s, o, name);
+                verifyWritten(*s);
+            }
+            // Closed: the write-ahead file must hold nothing the year needs.
+            if (QFileInfo(workFile + QStringLiteral("-wal")).size() > 0)
+                throw Error(QStringLiteral("The account year %1 could not be written out in full.").arg(name));
         } catch (...) {
             removeWork();
             throw;
@@ -156,6 +187,7 @@ void create(const ConnectionProfile &profile, const QString &name, const CreateO
         auto s = SessionConnection::open(profile, name, opts);
         Schema::ensure(*s);
         seed(*s, o, name);
+        verifyWritten(*s);
     } catch (...) {
         try {
             admin->execute(QStringLiteral("DROP DATABASE IF EXISTS ") + quotedIdentifier(name));
@@ -167,7 +199,8 @@ void create(const ConnectionProfile &profile, const QString &name, const CreateO
 
 void drop(const ConnectionProfile &profile, const QString &name, const QString &password)
 {
-    if (!isValidName(name) && !name.endsWith(QLatin1String(".creating")))
+    const QString creating = QStringLiteral(".creating");
+    if (!isValidName(name) && !(name.endsWith(creating) && isValidName(name.chopped(creating.size()))))
         throw Error(QStringLiteral("\"%1\" is not an account-year name.").arg(name));
     if (profile.isEmbedded()) {
         const QString file = QDir(profile.dataDir).filePath(name + QStringLiteral(".sqlite"));

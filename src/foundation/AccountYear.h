@@ -45,8 +45,19 @@ struct CreateOptions
 // it is made or nothing is left behind. Throws Error or DbError.
 void create(const ConnectionProfile &profile, const QString &name, const CreateOptions &options);
 
-// Removes a year (tests and failed creations).
+// Removes a year (tests and failed creations). The name is checked like
+// every other entry point's: nothing outside the data folder is touched.
 void drop(const ConnectionProfile &profile, const QString &name, const QString &password = QString());
+
+// Makes sure what the session wrote stands in the year itself: on the
+// embedded store a checkpoint that must move every committed page from the
+// write-ahead file into the year's file, then the store's integrity check.
+// Throws Error when either fails. Nothing to do on a server.
+void verifyWritten(SessionConnection &session);
+
+// Year files (and their write-ahead and shared-memory files, which take
+// the main file's permissions) are readable by their owner only.
+void restrictToOwner(const QString &path);
 
 // Writes the rows a new year needs into an open, schema-complete session.
 void seed(SessionConnection &session, const CreateOptions &options, const QString &name);

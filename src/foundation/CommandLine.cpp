@@ -31,6 +31,10 @@ QString promptPassword(const QString &prompt)
 bool resolveProfile(const QString &name, const QString &configPath, ConnectionProfile &out, QString &error)
 {
     const AppSettings settings = AppSettings::load(configPath.isEmpty() ? AppSettings::defaultPath() : configPath);
+    if (!settings.error.isEmpty()) {
+        error = settings.error;
+        return false;
+    }
     if (name.isEmpty()) {
         out = settings.profiles.first();
         return true;

@@ -36,11 +36,26 @@ QString AppSettings::defaultPath()
     return base + QStringLiteral("/Tessel/tessel.ini");
 }
 
+bool ConnectionProfile::isValidSslMode(const QString &mode)
+{
+    static const QStringList known = {QStringLiteral("disable"), QStringLiteral("allow"), QStringLiteral("prefer"),
+                                      QStringLiteral("require"), QStringLiteral("verify-ca"),
+                                      QStringLiteral("verify-full")};
+    return mode.isEmpty() || known.contains(mode);
+}
+
 AppSettings AppSettings::load(const QString &path)
 {
     AppSettings s;
     s.path = path;
     ConnectionProfile embedded = ConnectionProfile::embeddedDefault();
+    const auto refuse = [&](const QString &why) {
+        AppSettings refused;
+        refused.path = path;
+        refused.error = why;
+        refused.profiles.append(ConnectionProfile::embeddedDefault());
+        return refused;
+    };
 
     if (!path.isEmpty() && QFile::exists(path)) {
         QSettings ini(path, QSettings::IniFormat);
@@ -66,7 +81,11 @@ AppSettings AppSettings::load(const QString &path)
                 p.user = ini.value(QStringLiteral("user")).toString();
                 p.password = ini.value(QStringLiteral("password")).toString();
                 p.askPassword = ini.value(QStringLiteral("askPassword"), false).toBool();
-                p.sslMode = ini.value(QStringLiteral("sslmode")).toString();
+                p.sslMode = ini.value(QStringLiteral("sslmode")).toString().trimmed();
+                if (!ConnectionProfile::isValidSslMode(p.sslMode))
+                    return refuse(QStringLiteral("The settings file %1 gives the profile %2 the sslmode \"%3\"; it must be "
+                                                 "one of disable, allow, prefer, require, verify-ca, verify-full.")
+                                      .arg(QDir::toNativeSeparators(path), name, p.sslMode));
                 p.maintenanceDatabase = ini.value(QStringLiteral("maintenanceDatabase"), QStringLiteral("postgres")).toString();
                 p.connectTimeoutSeconds = ini.value(QStringLiteral("connectTimeout"), 5).toInt();
             }
@@ -77,6 +96,14 @@ AppSettings AppSettings::load(const QString &path)
             }
             s.profiles.append(p);
         }
+        bool holdsPassword = false;
+        for (const ConnectionProfile &p : s.profiles)
+            holdsPassword = holdsPassword || !p.password.isEmpty();
+        const QFileDevice::Permissions others = QFileDevice::ReadGroup | QFileDevice::ReadOther;
+        if (holdsPassword && (QFile::permissions(path) & others))
+            return refuse(QStringLiteral("The settings file %1 holds a password and other users of this computer can "
+                                         "read it. Make it readable by you alone (chmod 600 %1) and start again.")
+                              .arg(QDir::toNativeSeparators(path)));
     }
     s.profiles.prepend(embedded);
     return s;

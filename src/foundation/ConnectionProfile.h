@@ -23,11 +23,13 @@ struct ConnectionProfile
     QString user;
     QString password;          // may be empty: then it is asked for
     bool askPassword = false;  // ask at start-up even if empty is valid
-    QString sslMode;           // disable, allow, prefer, require, verify-ca, verify-full
+    QString sslMode;           // disable, allow, prefer, require, verify-ca, verify-full (see isValidSslMode)
     QString maintenanceDatabase = QStringLiteral("postgres");
     int connectTimeoutSeconds = 5;
 
     bool isEmbedded() const { return kind == Kind::Embedded; }
+    // The values the server driver knows for sslmode (and empty: its default).
+    static bool isValidSslMode(const QString &mode);
     bool isPostgres() const { return kind == Kind::PostgreSQL; }
 
     // The embedded store at the default data folder (TESSEL_DATA_DIR, or
@@ -48,6 +50,11 @@ public:
     QList<ConnectionProfile> profiles;
     QString designDir;   // a user's own report designs, overriding shipped ones
     QString path;
+    // Why the file was refused: it holds a password that other users of the
+    // computer can read, or a setting with a value the program does not
+    // know. Empty when the file is fine. A refused file gives no profiles
+    // but the embedded store.
+    QString error;
 
     const ConnectionProfile *profile(const QString &name) const;
 };

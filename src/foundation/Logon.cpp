@@ -5,20 +5,74 @@
 
 namespace Logon {
 
-Result check(SessionConnection &db, const QString &typedUserName, const QString &password)
+QString waitMessage(int waitMs)
+{
+    return QStringLiteral("Too many failed attempts with this user name, please wait %1 seconds and try again.")
+        .arg((waitMs + 999) / 1000);
+}
+
+namespace {
+
+// The attempts of one name: failures in a row and when the next may come
+// (milliseconds since the epoch, UTC).
+struct Attempts
+{
+    qint64 failures = 0;
+    qint64 nextAt = 0;
+};
+
+Attempts attemptsOf(SessionConnection &db, const QString &userName)
+{
+    const auto row = db.selectOne(
+        QStringLiteral("SELECT Failures, NextAttemptAt FROM tblLogonAttempt WHERE UserName = ?"), {userName});
+    return row ? Attempts{row->integer(0), row->integer(1)} : Attempts{};
+}
+
+} // namespace
+
+Result check(SessionConnection &db, const QString &typedUserName, const QString &password, const QDateTime &now)
 {
     Result r;
     r.userName = typedUserName.trimmed();
-    const auto row = db.selectOne(
-        QStringLiteral("SELECT UserName, Password, UserType FROM tblLogon WHERE UserName = ?"), {r.userName});
-    if (!row) {
-        PasswordHash::burnVerifyTime(password);
+    r.message = invalidMessage();
+    const qint64 nowMs = now.toMSecsSinceEpoch();
+    const bool keepsCount = !db.isReadOnly();
+    Attempts attempts = keepsCount ? attemptsOf(db, r.userName) : Attempts{};
+    if (attempts.nextAt > nowMs) {
+        r.waitMs = int(qMin<qint64>(attempts.nextAt - nowMs, 3600000));
+        r.message = waitMessage(r.waitMs);
         return r;
     }
-    if (!PasswordHash::verify(password, row->text(QStringLiteral("Password"))))
+
+    const auto row = db.selectOne(
+        QStringLiteral("SELECT UserName, Password, UserType FROM tblLogon WHERE UserName = ?"), {r.userName});
+    const QString stored = row ? row->text(QStringLiteral("Password")) : QString();
+    if (!row)
+        PasswordHash::burnVerifyTime(password);
+    r.ok = row && PasswordHash::verify(password, stored);
+    if (!keepsCount) {
+        if (r.ok)
+            r.userType = row->text(QStringLiteral("UserType")).trimmed();
         return r;
-    r.ok = true;
-    r.userType = row->text(QStringLiteral("UserType")).trimmed();
+    }
+
+    Transaction tx(db);
+    // Read again under the transaction: another window may have counted meanwhile.
+    attempts = attemptsOf(db, r.userName);
+    db.execute(QStringLiteral("DELETE FROM tblLogonAttempt WHERE UserName = ?"), {r.userName});
+    if (r.ok) {
+        r.userType = row->text(QStringLiteral("UserType")).trimmed();
+        r.message.clear();
+        if (PasswordHash::needsUpgrade(stored))
+            db.execute(QStringLiteral("UPDATE tblLogon SET Password = ? WHERE UserName = ?"),
+                       {PasswordHash::hash(password), r.userName});
+    } else {
+        ++attempts.failures;
+        r.waitMs = delayMsAfterFailures(int(qMin<qint64>(attempts.failures, 1000)));
+        db.execute(QStringLiteral("INSERT INTO tblLogonAttempt (UserName, Failures, NextAttemptAt) VALUES (?, ?, ?)"),
+                   {r.userName, attempts.failures, nowMs + r.waitMs});
+    }
+    tx.commit();
     return r;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QDateTime>
 #include <QString>
 #include <QStringList>
 
@@ -9,18 +10,28 @@ class SessionConnection;
 namespace Logon {
 
 inline QString invalidMessage() { return QStringLiteral("Invalid user name or password"); }
+QString waitMessage(int waitMs);
 
 struct Result
 {
     bool ok = false;
     QString userName;   // as looked up: the typed name, trimmed
     QString userType;   // "ADMINISTRATOR" or "COMMON USER"
+    QString message;    // the refusal's words
+    int waitMs = 0;     // the wait before the next attempt of this name
 };
 
 // Looks the trimmed user name up and checks the password exactly as typed
 // (not trimmed, case-sensitive) against the stored hash. An unknown name
 // takes as long to refuse as a wrong password.
-Result check(SessionConnection &db, const QString &typedUserName, const QString &password);
+//
+// Failed attempts are counted in the year per user name (known or not), so
+// that neither another window nor a restarted program starts the count
+// again: while a name must wait, it is refused without looking at the
+// password. A good log-on clears the count and stores the password again
+// when its hash was made with less work than a new one gets.
+Result check(SessionConnection &db, const QString &typedUserName, const QString &password,
+             const QDateTime &now = QDateTime::currentDateTimeUtc());
 
 // The wait before the next attempt after `failures` failed ones in a row:
 // none for the first two, then doubling from one second up to half a

@@ -8,8 +8,18 @@
 namespace PasswordHash {
 
 namespace {
-constexpr int kIterations = 60000;
 constexpr int kKeyLength = 32;
+int g_iterations = kIterations;
+
+int storedIterations(const QString &stored)
+{
+    const QStringList parts = stored.split(QLatin1Char('$'));
+    if (parts.size() != 4 || parts.at(0) != QLatin1String("pbkdf2-sha256"))
+        return 0;
+    bool ok = false;
+    const int n = parts.at(1).toInt(&ok);
+    return ok ? n : 0;
+}
 
 QByteArray derive(const QString &password, const QByteArray &salt, int iterations)
 {
@@ -32,9 +42,9 @@ QString hash(const QString &password)
 {
     QByteArray salt(16, Qt::Uninitialized);
     QRandomGenerator::system()->generate(salt.begin(), salt.end());
-    const QByteArray key = derive(password, salt, kIterations);
+    const QByteArray key = derive(password, salt, g_iterations);
     return QStringLiteral("pbkdf2-sha256$%1$%2$%3")
-        .arg(kIterations)
+        .arg(g_iterations)
         .arg(QString::fromLatin1(salt.toBase64()), QString::fromLatin1(key.toBase64()));
 }
 
@@ -56,10 +66,20 @@ bool verify(const QString &password, const QString &stored)
     return constantTimeEquals(derive(password, salt, iterations), expected);
 }
 
+bool needsUpgrade(const QString &stored)
+{
+    return storedIterations(stored) < g_iterations;
+}
+
 void burnVerifyTime(const QString &password)
 {
     static const QByteArray dummySalt("tessel-no-such-user");
-    (void)derive(password, dummySalt, kIterations);
+    (void)derive(password, dummySalt, g_iterations);
+}
+
+void setIterationsForTests(int iterations)
+{
+    g_iterations = qMax(1, iterations);
 }
 
 } // namespace PasswordHash

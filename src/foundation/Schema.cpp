@@ -118,6 +118,9 @@ const QVector<Table> &tables()
                    M("OTAmount"), M("TotalSalary"), M("Advance"), M("Balance"), K("UserName"), D("EntryDate")}});
         t.append({QStringLiteral("tblLogon"), {K("UserName"), T("Password"), T("UserType")}});
         t.append({QStringLiteral("tblUserRights"), {K("USERNAME"), T("Menu")}});
+        // Failed log-ons in a row per user name, and when the next attempt
+        // may come (milliseconds since 1970, UTC).
+        t.append({QStringLiteral("tblLogonAttempt"), {K("UserName"), I("Failures"), I("NextAttemptAt")}});
         t.append({QStringLiteral("tblClosingDate"), {D("ClosingDate")}});
         t.append({QStringLiteral("tblConfig"), {T("UpdateStatus")}});
         t.append({QStringLiteral("tblTLClientInfo"),
@@ -184,6 +187,7 @@ const QVector<Index> &indexes()
         {QStringLiteral("uxItemCode"), QStringLiteral("tblItemCoding"), QStringLiteral("ItemCode"), true},
         {QStringLiteral("uxItemName"), QStringLiteral("tblItemCoding"), QStringLiteral("ItemName"), true},
         {QStringLiteral("uxLogonUser"), QStringLiteral("tblLogon"), QStringLiteral("UserName"), true},
+        {QStringLiteral("uxLogonAttemptUser"), QStringLiteral("tblLogonAttempt"), QStringLiteral("UserName"), true},
         {QStringLiteral("uxTitleName"), QStringLiteral("tblTitleName"), QStringLiteral("TitleName"), true},
         {QStringLiteral("uxLetterheadTitle"), QStringLiteral("tblLetterhead"), QStringLiteral("TitleName"), true},
         {QStringLiteral("uxCareOfName"), QStringLiteral("tblCareOf"), QStringLiteral("Name"), true},

@@ -9,13 +9,25 @@
 #include <QSqlError>
 #include <QSqlQuery>
 #include <QSqlRecord>
+#include <QRegularExpression>
+#include <QSet>
+#include <QUrl>
 #include <list>
 #include <sqlite3.h>
+#include <sys/stat.h>
 
 // ---------------------------------------------------------------- DbError
 
-DbError::DbError(const QString &driverText, const QString &sql)
-    : std::runtime_error(driverText.toStdString()), m_driverText(driverText), m_sql(sql)
+namespace {
+QString nonEmpty(const QString &text)
+{
+    return text.trimmed().isEmpty() ? QStringLiteral("The database refused the command and gave no reason.") : text;
+}
+} // namespace
+
+DbError::DbError(const QString &driverText, const QString &sql, Kind kind)
+    : std::runtime_error(nonEmpty(driverText).toStdString()), m_driverText(nonEmpty(driverText)), m_sql(sql),
+      m_kind(kind)
 {
 }
 
@@ -230,15 +242,39 @@ std::unique_ptr<SessionConnection> SessionConnection::open(const ConnectionProfi
 
     if (profile.isEmbedded()) {
         s->m_dialect = Dialect::SQLite;
+        // A year is a file of the data folder, named by its year name alone.
+        if (database.isEmpty() || database.startsWith(QLatin1Char('.')) || database.contains(QLatin1Char('/'))
+            || database.contains(QLatin1Char('\\')))
+            throw DbError(QStringLiteral("\"%1\" is not an account-year name.").arg(database));
         const QString file = QDir(profile.dataDir).filePath(database + QStringLiteral(".sqlite"));
         if (!QFileInfo::exists(file))
             throw DbError(QStringLiteral("The account year %1 was not found in %2.")
                               .arg(database, QDir::toNativeSeparators(profile.dataDir)));
         s->m_db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), s->m_connectionName);
-        s->m_db.setDatabaseName(file);
-        s->m_db.setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=15000"));
+        // An archived copy the workstation cannot write opens for reading,
+        // as a file that does not change (no write-ahead files are made
+        // beside it, so a read-only folder or disc serves too).
+        s->m_readOnly = !QFileInfo(file).isWritable();
+        if (s->m_readOnly) {
+            QUrl url = QUrl::fromLocalFile(file);
+            url.setQuery(QStringLiteral("immutable=1"));
+            s->m_db.setDatabaseName(url.toString(QUrl::FullyEncoded));
+            s->m_db.setConnectOptions(QStringLiteral("QSQLITE_OPEN_URI;QSQLITE_OPEN_READONLY"));
+        } else {
+            s->m_db.setDatabaseName(file);
+            s->m_db.setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=15000"));
+        }
+        s->m_file = file;
+        struct stat st {};
+        if (::stat(QFile::encodeName(file).constData(), &st) == 0) {
+            s->m_fileDevice = quint64(st.st_dev);
+            s->m_fileInode = quint64(st.st_ino);
+        }
     } else {
         s->m_dialect = Dialect::PostgreSQL;
+        if (!ConnectionProfile::isValidSslMode(profile.sslMode))
+            throw DbError(QStringLiteral("The sslmode \"%1\" is not one the server driver knows: use disable, allow, "
+                                         "prefer, require, verify-ca or verify-full.").arg(profile.sslMode));
         s->m_db = QSqlDatabase::addDatabase(QStringLiteral("QPSQL"), s->m_connectionName);
         s->m_db.setDatabaseName(database);
         if (!profile.host.isEmpty())
@@ -277,18 +313,154 @@ std::unique_ptr<SessionConnection> SessionConnection::open(const ConnectionProfi
         auto destroy = [](void *p) { delete static_cast<PeriodRef *>(p); };
         sqlite3_create_function_v2(h, "ReportSDate", 0, SQLITE_UTF8, fromRef, sqlReportDate, nullptr, nullptr, destroy);
         sqlite3_create_function_v2(h, "ReportEDate", 0, SQLITE_UTF8, toRef, sqlReportDate, nullptr, nullptr, destroy);
-        s->runDirect(QStringLiteral("PRAGMA journal_mode=WAL"));
+        if (!s->m_readOnly)
+            s->runDirect(QStringLiteral("PRAGMA journal_mode=WAL"));
         s->runDirect(QStringLiteral("PRAGMA synchronous=NORMAL"));
         s->runDirect(QStringLiteral("PRAGMA temp_store=MEMORY"));
         s->runDirect(QStringLiteral("PRAGMA cache_size=-65536"));
-    } else {
-        s->runDirect(QStringLiteral("SET DateStyle TO ISO, DMY"));
-        s->runDirect(QStringLiteral("SET client_min_messages TO WARNING"));
     }
-
-    if (options.prepareSession)
-        s->prepareSession();
+    s->m_prepareSession = options.prepareSession;
+    s->setUpConnection();
     return s;
+}
+
+// What every new server session needs: the date style, this session's
+// report period, and the private staging tables and views.
+void SessionConnection::setUpConnection()
+{
+    if (isPostgres()) {
+        runDirect(QStringLiteral("SET DateStyle TO ISO, DMY"));
+        runDirect(QStringLiteral("SET client_min_messages TO WARNING"));
+        if (m_reportFrom.isValid() || m_reportTo.isValid())
+            setReportPeriod(m_reportFrom, m_reportTo);
+    }
+    if (m_prepareSession)
+        prepareSession();
+}
+
+void SessionConnection::reconnectIfLost()
+{
+    if (!m_lost || m_depth > 0)
+        return;
+    m_cache->clear();
+    m_db.close();
+    if (!m_db.open())
+        throw DbError(QStringLiteral("The connection to the database server was lost and could not be made again "
+                                     "(%1). Nothing was saved; please try again when the server is back.")
+                          .arg(nonEmpty(errorText(m_db.lastError()))),
+                      QString(), DbError::Kind::ConnectionLost);
+    m_lost = false;
+    ++m_epoch;
+    try {
+        setUpConnection();
+    } catch (const DbError &) {
+        m_lost = true;
+        throw;
+    }
+}
+
+// A statement failed: was it the server going away? The client library
+// gives connection failures no SQLSTATE, the server says class 08 or
+// 57P01..57P03 (shut down, crashed, cannot connect now).
+bool SessionConnection::looksLost(const QSqlError &error)
+{
+    if (!isPostgres())
+        return false;
+    const QString state = error.nativeErrorCode().trimmed();
+    if (state.startsWith(QLatin1String("08")) || state.startsWith(QLatin1String("57P0")))
+        return true;
+    if (!state.isEmpty() && state.size() == 5)
+        return false;
+    QSqlQuery probe(m_db);
+    if (probe.exec(QStringLiteral("SELECT 1")))
+        return false;
+    const QString probeState = probe.lastError().nativeErrorCode().trimmed();
+    return probeState.size() != 5 || probeState.startsWith(QLatin1String("08"))
+        || probeState.startsWith(QLatin1String("57P0"));
+}
+
+void SessionConnection::fail(const QSqlError &error, const QString &sql)
+{
+    const QString why = nonEmpty(errorText(error));
+    if (looksLost(error)) {
+        m_lost = true;
+        m_cache->clear();
+        throw DbError(QStringLiteral("The connection to the database server was lost (%1). Nothing of this command "
+                                     "was saved; the next command connects again.").arg(why),
+                      sql, DbError::Kind::ConnectionLost);
+    }
+    const QString code = error.nativeErrorCode();
+    const bool busy = code == QLatin1String("5") || code == QLatin1String("6") || code == QLatin1String("517")
+        || why.contains(QLatin1String("database is locked")) || why.contains(QLatin1String("database table is locked"));
+    if (isSQLite() && busy)
+        throw DbError(QStringLiteral("Another workstation is saving to this account year at the moment, so nothing "
+                                     "was saved. Please try again in a moment; what you typed is kept (%1).").arg(why),
+                      sql, DbError::Kind::Busy);
+    throw DbError(why, sql);
+}
+
+// True when a statement reads or writes the year's own tables or views,
+// not only this session's private staging.
+bool SessionConnection::touchesYearFile(const QString &sql)
+{
+    auto it = m_touchesYear.constFind(sql);
+    if (it != m_touchesYear.constEnd())
+        return *it;
+    // The year's permanent tables and views; the staging tables and the
+    // session's views over them are not among them.
+    static const QSet<QString> yearNames = [] {
+        QSet<QString> names;
+        for (const Schema::Table &t : Schema::tables())
+            names.insert(t.name.toLower());
+        for (const Schema::ViewFile &v : Schema::viewFiles(QStringLiteral("views"), false))
+            names.insert(v.name.toLower());
+        return names;
+    }();
+    static const QRegularExpression word(QStringLiteral("[A-Za-z_][A-Za-z0-9_]*"));
+    bool touches = false;
+    for (auto m = word.globalMatch(sql); m.hasNext();) {
+        const QString w = m.next().captured(0).toLower();
+        if (yearNames.contains(w)) {
+            touches = true;
+            break;
+        }
+    }
+    m_touchesYear.insert(sql, touches);
+    return touches;
+}
+
+void SessionConnection::checkYearFile()
+{
+    if (m_file.isEmpty())
+        return;
+    struct stat st {};
+    if (::stat(QFile::encodeName(m_file).constData(), &st) != 0 || quint64(st.st_dev) != m_fileDevice
+        || quint64(st.st_ino) != m_fileInode)
+        throw DbError(QStringLiteral("The account year file %1 was removed or replaced after this program opened "
+                                     "it, so nothing was saved. Close the program and open the year again.")
+                          .arg(QDir::toNativeSeparators(m_file)),
+                      QString(), DbError::Kind::FileChanged);
+}
+
+// The embedded store: a transaction takes the year file's write lock at its
+// first statement on the year's tables (as BEGIN IMMEDIATE would), so that
+// work on the private staging tables never waits for another workstation.
+// A write that changes nothing takes the lock without reading first, so no
+// other writer can slip in between.
+void SessionConnection::lockYearFile()
+{
+    checkYearFile();
+    m_yearLocked = true;
+    if (m_readOnly)
+        return; // a read-only year is only read; a write fails with the driver's words
+    try {
+        runDirect(QStringLiteral("UPDATE tblConfig SET UpdateStatus = UpdateStatus WHERE 0 = 1"));
+    } catch (const DbError &e) {
+        // A year still being made has no tables yet: its first statement
+        // creates one and so takes the lock itself.
+        if (!e.driverText().contains(QLatin1String("no such table")))
+            throw;
+    }
 }
 
 std::unique_ptr<SessionConnection> SessionConnection::openMaintenance(const ConnectionProfile &profile,
@@ -329,7 +501,7 @@ void SessionConnection::runDirect(const QString &sql)
         m_hook(sql);
     QSqlQuery q(m_db);
     if (!q.exec(sql))
-        throw DbError(errorText(q.lastError()), sql);
+        fail(q.lastError(), sql);
     if (isDdl(sql))
         m_cache->clear();
 }
@@ -384,6 +556,9 @@ void bindAll(QSqlQuery &q, const QVariantMap &params, const SessionConnection &s
 template <typename Params>
 QueryResult SessionConnection::run(const QString &sql, const Params &params, bool wantRows, int *affected)
 {
+    reconnectIfLost();
+    if (isSQLite() && m_depth > 0 && !m_yearLocked && touchesYearFile(sql))
+        lockYearFile();
     if (m_hook)
         m_hook(sql);
 
@@ -394,24 +569,22 @@ QueryResult SessionConnection::run(const QString &sql, const Params &params, boo
     if (params.isEmpty() || ddl) {
         q = &direct;
         q->setForwardOnly(true);
-        if (!q->exec(sql)) {
-            const QString why = errorText(q->lastError());
-            throw DbError(why, sql);
-        }
+        if (!q->exec(sql))
+            fail(q->lastError(), sql);
     } else {
         q = m_cache->find(sql);
         if (!q) {
             QSqlQuery fresh(m_db);
             fresh.setForwardOnly(true);
             if (!fresh.prepare(sql))
-                throw DbError(errorText(fresh.lastError()), sql);
+                fail(fresh.lastError(), sql);
             q = m_cache->add(sql, std::move(fresh));
         }
         bindAll(*q, params, *this);
         if (!q->exec()) {
-            const QString why = errorText(q->lastError());
+            const QSqlError error = q->lastError();
             q->finish();
-            throw DbError(why, sql);
+            fail(error, sql);
         }
     }
 
@@ -510,9 +683,11 @@ qint64 SessionConnection::insertReturningKey(const QString &sql, const QVariantL
 
 void SessionConnection::begin()
 {
-    if (m_depth == 0)
-        runDirect(isSQLite() ? QStringLiteral("BEGIN IMMEDIATE") : QStringLiteral("BEGIN"));
-    else
+    if (m_depth == 0) {
+        reconnectIfLost();
+        m_yearLocked = false;
+        runDirect(QStringLiteral("BEGIN"));
+    } else
         runDirect(QStringLiteral("SAVEPOINT tessel_sp%1").arg(m_depth));
     ++m_depth;
 }
@@ -532,6 +707,10 @@ void SessionConnection::rollback()
 {
     if (m_depth <= 0)
         return;
+    if (m_lost) { // the server ended the transaction with the connection
+        --m_depth;
+        return;
+    }
     QSqlQuery q(m_db);
     if (m_depth == 1) {
         q.exec(QStringLiteral("ROLLBACK"));

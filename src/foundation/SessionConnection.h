@@ -6,6 +6,7 @@
 #include <QDate>
 #include <QHash>
 #include <QSqlDatabase>
+#include <QSqlError>
 #include <QStringList>
 #include <QVariant>
 #include <QVector>
@@ -19,7 +20,16 @@
 class DbError : public std::runtime_error
 {
 public:
-    DbError(const QString &driverText, const QString &sql = QString());
+    enum class Kind {
+        Refused,         // the database refused the statement
+        ConnectionLost,  // the server went away; the next command connects again
+        Busy,            // another workstation holds the year's file
+        FileChanged,     // the year's file was removed or replaced
+    };
+    // An empty text is replaced by words that say so: a message box is
+    // never blank.
+    DbError(const QString &driverText, const QString &sql = QString(), Kind kind = Kind::Refused);
+    Kind kind() const { return m_kind; }
     QString driverText() const { return m_driverText; }
     QString sql() const { return m_sql; }
     // True when the database refused a row because a unique key holds it
@@ -29,6 +39,7 @@ public:
 private:
     QString m_driverText;
     QString m_sql;
+    Kind m_kind = Kind::Refused;
 };
 
 // One row read from a query. Column names are matched without regard to
@@ -117,6 +128,17 @@ public:
     SessionConnection &operator=(const SessionConnection &) = delete;
 
     Dialect dialect() const { return m_dialect; }
+    // Rises each time the connection is made again after the server went
+    // away. Whatever lived in the old server session (the private staging
+    // tables above all) is then gone: a holder of such state compares the
+    // epoch it saw with this one and writes its state again.
+    quint64 connectionEpoch() const { return m_epoch; }
+    // True after a statement found the server gone, until the next command
+    // connects again.
+    bool connectionLost() const { return m_lost; }
+    // An embedded year opened from a file this workstation cannot write (an
+    // archived copy): reports read it, nothing writes to it.
+    bool isReadOnly() const { return m_readOnly; }
     bool isSQLite() const { return m_dialect == Dialect::SQLite; }
     bool isPostgres() const { return m_dialect == Dialect::PostgreSQL; }
     QString databaseName() const { return m_databaseName; }
@@ -171,7 +193,14 @@ private:
     template <typename Params>
     QueryResult run(const QString &sql, const Params &params, bool wantRows, int *affected);
     void prepareSession();
+    void setUpConnection();
     void runDirect(const QString &sql);
+    [[noreturn]] void fail(const QSqlError &error, const QString &sql);
+    bool looksLost(const QSqlError &error);
+    void reconnectIfLost();
+    bool touchesYearFile(const QString &sql);
+    void lockYearFile();
+    void checkYearFile();
 
     QSqlDatabase m_db;
     QString m_connectionName;
@@ -183,6 +212,19 @@ private:
     QDate m_reportTo;
     std::function<void(const QString &)> m_hook;
     std::unique_ptr<PreparedCache> m_cache;
+    bool m_prepareSession = true;
+    quint64 m_epoch = 1;
+    bool m_lost = false;
+    bool m_readOnly = false;
+    // The embedded year's file as opened: the session writes only while the
+    // path still names that same file.
+    QString m_file;
+    quint64 m_fileDevice = 0;
+    quint64 m_fileInode = 0;
+    // The open transaction holds the year file's write lock (taken at its
+    // first statement on the year's own tables, never for private work).
+    bool m_yearLocked = false;
+    QHash<QString, bool> m_touchesYear;
 };
 
 // Scoped transaction: rolls back unless commit() was called. Nested guards

@@ -28,7 +28,7 @@ Gate versionGate(SessionConnection &db, bool upgradeOlder)
     case Schema::VersionCheck::Newer:
         return Gate::Newer;
     case Schema::VersionCheck::Older:
-        if (upgradeOlder)
+        if (upgradeOlder && !db.isReadOnly())
             Schema::ensure(db);
         return Gate::Upgraded;
     case Schema::VersionCheck::Current:
@@ -78,7 +78,7 @@ void loadCompany(Session &s)
 Gate loadMainWindow(Session &s, const QDate &today, int screenWidthPixels)
 {
     SessionConnection &db = s.db();
-    {
+    if (!db.isReadOnly()) { // an archived copy is only read
         Transaction tx(db);
         db.execute(QStringLiteral("UPDATE tblTLClientInfo SET TLClientName = ?, TLClientAddress = ?"),
                    {s.companyName, s.companyAddress});

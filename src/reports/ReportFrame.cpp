@@ -616,7 +616,7 @@ RenderedReport ReportFrame::render(SessionConnection &db, const ReportRequest &r
     std::optional<PeriodScope> period;
     if (request.hasPeriod()) {
         const QDate from = request.from.isValid() ? request.from : QDate(1900, 1, 1);
-        if (request.writePeriodRow) {
+        if (request.writePeriodRow && !db.isReadOnly()) { // an archived year is only read
             Transaction tx(db);
             if (!r.header.clientName.isEmpty() && session().connection.get() == &db)
                 db.execute(QStringLiteral("UPDATE tblTLClientInfo SET TLClientName = ?, TLClientAddress = ?, SDate = ?, EDate = ?"),

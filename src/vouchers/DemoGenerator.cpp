@@ -61,12 +61,16 @@ int DemoChart::accountCount() const
 }
 
 DemoContext::DemoContext(SessionConnection &database, const DemoOptions &o)
-    : db(database), options(o), rng(o.seed), m_writer(database, o.userName, o.to)
+    : db(database), options(o), rng(o.seed), m_writer(database, o.userName, o.to), m_checks(database)
 {
+    m_checks.keepLookups();
 }
 
 void DemoContext::addRows(const QVector<LedgerRow> &rows)
 {
+    const Outcome checked = m_checks.check(rows);
+    if (!checked)
+        throw DbError(QStringLiteral("The demonstration data was refused: %1").arg(checked.message));
     m_buffer += rows;
     ledgerRows += rows.size();
     if (m_buffer.size() >= LedgerWriter::rowsPerStatement() * 8)

@@ -2,6 +2,7 @@
 
 #include "foundation/Money.h"
 #include "vouchers/LedgerWriter.h"
+#include "vouchers/PostingChecks.h"
 #include "vouchers/VoucherRules.h"
 
 #include <QDate>
@@ -55,7 +56,9 @@ public:
     qint64 ledgerRows = 0;
     qint64 vouchers = 0;
 
-    // Ledger rows are buffered and written a few hundred a statement.
+    // Ledger rows pass the checks of every posting (the closing date and
+    // the chart read once a run), are buffered and written a few hundred a
+    // statement.
     void addRows(const QVector<LedgerRow> &rows);
     void flush();
     // The rows still wanted by the target.
@@ -69,6 +72,7 @@ public:
 private:
     QVector<LedgerRow> m_buffer;
     LedgerWriter m_writer;
+    PostingChecks m_checks;
 };
 
 using DemoPart = std::function<void(DemoContext &)>;

@@ -1,6 +1,7 @@
 #include "vouchers/VoucherPosting.h"
 
 #include "foundation/SessionConnection.h"
+#include "vouchers/PostingChecks.h"
 #include "vouchers/VoucherStaging.h"
 
 namespace {
@@ -51,6 +52,9 @@ PostingOutcome VoucherPosting::postLocked(Voucher &v, NumberPolicy policy)
 {
     if (auto why = VoucherRules::check(v))
         return refused(*why, PostingOutcome::Fault::Balance);
+    const Outcome checked = PostingChecks(m_db).check(VoucherRules::postingRows(v));
+    if (!checked)
+        return refused(checked.message, PostingOutcome::Fault::Rule);
 
     PostingOutcome out;
     Ledger::lockVoucherSeries(m_db, v.key.type);
@@ -103,6 +107,12 @@ PostingOutcome VoucherPosting::saveModified(const VoucherKey &original, const Vo
     Voucher v{header, all};
     if (auto why = VoucherRules::check(v))
         return refused(*why, PostingOutcome::Fault::Balance);
+    // The voucher leaves its old date and takes its new one: both must be open.
+    PostingChecks checks(m_db);
+    for (const Outcome &checked : {checks.checkVoucher(original.type, original.date),
+                                   checks.check(VoucherRules::postingRows(v))})
+        if (!checked)
+            return refused(checked.message, PostingOutcome::Fault::Rule);
 
     Ledger::lockVoucherSeries(m_db, header.type);
     if ((header.number != original.number || header.date != original.date || header.type != original.type)
@@ -152,6 +162,9 @@ PostingOutcome VoucherPosting::saveModified(const VoucherKey &original, const Vo
 PostingOutcome VoucherPosting::deleteVoucher(const VoucherKey &original)
 {
     Transaction tx(m_db);
+    const Outcome open = PostingChecks(m_db).checkVoucher(original.type, original.date);
+    if (!open)
+        return refused(open.message, PostingOutcome::Fault::Rule);
     VoucherStaging staging(m_db);
     LedgerWriter writer(m_db, m_user, m_today);
     writer.beginBatch();

@@ -17,7 +17,7 @@ struct PostingOutcome
     QString notice;             // besides the confirmation: the number moved
     qint64 voucherNo = 0;       // the number the voucher stands under
     int rowsWritten = 0;
-    enum class Fault { None, Balance, Number, Missing, Changed } fault = Fault::None;
+    enum class Fault { None, Balance, Number, Missing, Changed, Rule } fault = Fault::None;
 };
 
 // How a new voucher's number is treated when it is already in use.

@@ -70,9 +70,9 @@ void TestAccountYear::refusesBadNamesAndDuplicates()
     TESSEL_YEAR(year);
     AccountYear::CreateOptions o;
     o.adminPassword = QStringLiteral("x");
-    const QStringList before = AccountYear::list(year.profile());
-    for (const QString &bad : {QStringLiteral("Accounts2026"), QStringLiteral("tessel2026"), QStringLiteral("Tessel 2026"),
-                               QStringLiteral("Tessel2026;DROP"), QStringLiteral("Tessel\"x"), QString()}) {
+    const QStringList badNames = {QStringLiteral("Accounts2026"), QStringLiteral("tessel2026"), QStringLiteral("Tessel 2026"),
+                             QStringLiteral("Tessel2026;DROP"), QStringLiteral("Tessel\"x"), QString()};
+    for (const QString &bad : badNames) {
         try {
             AccountYear::create(year.profile(), bad, o);
             QFAIL(qPrintable(QStringLiteral("accepted the name ") + bad));
@@ -86,7 +86,12 @@ void TestAccountYear::refusesBadNamesAndDuplicates()
     } catch (const AccountYear::Error &e) {
         QVERIFY(e.message().contains(QLatin1String("already exists")));
     }
-    QCOMPARE(AccountYear::list(year.profile()), before);
+    // Other tests make and drop years on the same server meanwhile: look
+    // only at the names this test tried.
+    const QStringList after = AccountYear::list(year.profile());
+    QCOMPARE(after.count(year.name()), 1);
+    for (const QString &name : badNames)
+        QVERIFY(!after.contains(name));
 }
 
 void TestAccountYear::unreachableServerSaysWhy()

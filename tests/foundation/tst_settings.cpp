@@ -37,8 +37,11 @@ void TestSettings::readmeExample()
             "password=\"p;w x\"\n"
             "sslmode=verify-full\n");
     f.close();
+    // It holds a password: readable by its owner alone, or it is refused.
+    QFile::setPermissions(path, QFileDevice::ReadOwner | QFileDevice::WriteOwner);
     qunsetenv("TESSEL_DATA_DIR");
     const AppSettings s = AppSettings::load(path);
+    QVERIFY2(s.error.isEmpty(), qPrintable(s.error));
     QCOMPARE(s.profiles.size(), 3);
     QVERIFY(s.profiles.at(0).isEmbedded());
     QCOMPARE(s.profiles.at(1).name, QStringLiteral("LOCAL"));

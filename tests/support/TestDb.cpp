@@ -1,7 +1,18 @@
 #include "support/TestDb.h"
 
+#include "foundation/PasswordHash.h"
+
 #include <QCoreApplication>
 #include <QRandomGenerator>
+
+namespace {
+// The tests make hundreds of years and users: hash their passwords with
+// little work (the program's own work is tested where hashes are).
+[[maybe_unused]] const bool g_fastHashes = [] {
+    PasswordHash::setIterationsForTests(1000);
+    return true;
+}();
+} // namespace
 
 namespace TestDb {
 

@@ -17,6 +17,18 @@ int fail(const QString &message, int code = 1)
     return code;
 }
 
+// The password of --password: "-" reads a line of standard input, and no
+// value at all asks for it (standard input when it is not a terminal). A
+// password on the command line is seen by every user of the machine.
+QString passwordFrom(const QCommandLineParser &parser, const QCommandLineOption &option, const QString &user)
+{
+    if (parser.isSet(option) && parser.value(option) != QLatin1String("-"))
+        return parser.value(option);
+    if (parser.isSet(option))
+        return QTextStream(stdin).readLine();
+    return CommandLine::promptPassword(QStringLiteral("Password for %1: ").arg(user));
+}
+
 // demo NAME --rows N: a new account year filled with a press's accounts
 // and a year of vouchers.
 int demoCommand(const ConnectionProfile &profile, const QString &name, const QString &password, qint64 rows,
@@ -39,6 +51,7 @@ int demoCommand(const ConnectionProfile &profile, const QString &name, const QSt
         DemoGenerator g(*s, d);
         g.addStandardParts();
         const DemoSummary sum = g.run();
+        AccountYear::verifyWritten(*s);
         QTextStream(stdout) << "Created " << name << " on " << profile.name << ": " << sum.accounts << " accounts, "
                             << sum.vouchers << " vouchers, " << sum.ledgerRows << " ledger rows from "
                             << d.from.toString(QStringLiteral("dd/MM/yyyy")) << " to "
@@ -76,7 +89,7 @@ int main(int argc, char **argv)
     QCommandLineOption profileOpt(QStringLiteral("profile"), QStringLiteral("Connection profile (default: the embedded store)."), QStringLiteral("name"));
     QCommandLineOption configOpt(QStringLiteral("config"), QStringLiteral("Settings file (default: TESSEL_CONFIG or the user's config folder)."), QStringLiteral("file"));
     QCommandLineOption userOpt(QStringLiteral("user"), QStringLiteral("Administrator of a new year (default ADMIN)."), QStringLiteral("name"), QStringLiteral("ADMIN"));
-    QCommandLineOption passwordOpt(QStringLiteral("password"), QStringLiteral("Administrator's password (asked when left out)."), QStringLiteral("password"));
+    QCommandLineOption passwordOpt(QStringLiteral("password"), QStringLiteral("Administrator's password: \"-\" reads it from standard input; asked when left out."), QStringLiteral("password"));
     QCommandLineOption closingOpt(QStringLiteral("closing-date"), QStringLiteral("Closing date of a new year, dd/mm/yyyy."), QStringLiteral("date"));
     QCommandLineOption companyOpt(QStringLiteral("company"), QStringLiteral("Company name for the reports' letterhead."), QStringLiteral("name"));
     QCommandLineOption yesOpt(QStringLiteral("yes"), QStringLiteral("Do not ask before dropping."));
@@ -115,8 +128,7 @@ int main(int argc, char **argv)
             AccountYear::CreateOptions o;
             o.adminUser = parser.value(userOpt);
             o.companyName = parser.value(companyOpt);
-            o.adminPassword = parser.isSet(passwordOpt) ? parser.value(passwordOpt)
-                                                        : CommandLine::promptPassword(QStringLiteral("Password for %1: ").arg(o.adminUser));
+            o.adminPassword = passwordFrom(parser, passwordOpt, o.adminUser);
             if (parser.isSet(closingOpt)) {
                 o.closingDate = QDate::fromString(parser.value(closingOpt), QStringLiteral("dd/MM/yyyy"));
                 if (!o.closingDate.isValid())
@@ -127,9 +139,7 @@ int main(int argc, char **argv)
             return 0;
         }
         if (command == QLatin1String("demo")) {
-            const QString password = parser.isSet(passwordOpt)
-                ? parser.value(passwordOpt)
-                : CommandLine::promptPassword(QStringLiteral("Password for ADMIN: "));
+            const QString password = passwordFrom(parser, passwordOpt, QStringLiteral("ADMIN"));
             return demoCommand(profile, name, password, parser.value(rowsOpt).toLongLong(),
                                parser.value(seedOpt).toUInt(), parser.value(companyOpt));
         }
@@ -140,6 +150,7 @@ int main(int argc, char **argv)
                 return fail(QStringLiteral("%1 was made by a newer program (schema %2, this program %3).")
                                 .arg(name, stamp, QString::fromLatin1(Schema::kStamp)), 1);
             Schema::ensure(*s);
+            AccountYear::verifyWritten(*s);
             QTextStream(stdout) << name << " is up to date (schema " << Schema::kStamp << ").\n";
             return 0;
         }

@@ -1,5 +1,6 @@
 // tessel-report: renders a report of an account year to a PDF, XLSX or CSV
 // file, without a screen.
+#include "foundation/AccountYear.h"
 #include "foundation/CommandLine.h"
 #include "foundation/SessionConnection.h"
 #include "reports/ReportExport.h"
@@ -65,6 +66,11 @@ int main(int argc, char **argv)
     }
     if (!parser.isSet(yearOpt) || !parser.isSet(designOpt) || !parser.isSet(outOpt))
         return fail(QStringLiteral("--year, --design and --out are needed (see --help)."), 2);
+
+    // A year by its name: the file of the data folder, or the server's database.
+    if (!AccountYear::isValidName(parser.value(yearOpt)))
+        return fail(QStringLiteral("--year: \"%1\" is not an account-year name: it must begin with \"Tessel\" and "
+                                   "hold only letters, digits and underscores.").arg(parser.value(yearOpt)), 2);
 
     Reports::ReportRequest req;
     req.design = parser.value(designOpt);

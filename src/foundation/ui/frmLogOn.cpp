@@ -100,11 +100,13 @@ void frmLogOn::logOn()
         return;
     }
     ++m_failures;
-    MessageService::critical(this, Logon::invalidMessage());
+    MessageService::critical(this, result.message);
     txtUserName->clear();
     txtPassword->clear();
     txtUserName->setFocus();
-    const int delay = int(Logon::delayMsAfterFailures(m_failures) * m_delayScale);
+    // The wait is counted in the year per user name; the window only holds
+    // the button back meanwhile.
+    const int delay = int(qMax(result.waitMs, Logon::delayMsAfterFailures(m_failures)) * m_delayScale);
     if (delay > 0) {
         cmdLogOn->setEnabled(false);
         m_wait->start(delay);
