@@ -46,10 +46,8 @@ QMap<QString, Figures> expected(SessionConnection &db, const QDate &from, const 
         Figures &f = out[r.text(0).trimmed()];
         if (!f.last.isValid() || d > f.last)
             f.last = d;
-        if (!from.isValid())
-            continue;
         const qint64 bal = r.moneyOrZero(QStringLiteral("PartyBalance")).cents();
-        if (d < from) {
+        if (from.isValid() && d < from) {
             f.opening += bal;
         } else {
             f.debit += r.moneyOrZero(QStringLiteral("PartyDR")).cents();
