@@ -1,4 +1,6 @@
 #include "accounts/AccountRules.h"
+
+#include "foundation/CodeMask.h"
 #include "foundation/Lookups.h"
 #include "foundation/SessionConnection.h"
 #include "vouchers/LedgerWriter.h"
@@ -29,8 +31,8 @@ Cleaned cleaned(const NewAccount &a)
 Outcome duplicateRefusal(SessionConnection &db, const NewAccount &a)
 {
     if (db.selectOne(QStringLiteral("SELECT PartyCode FROM tblPartyInfo WHERE PartyCode = ?"), {a.code}))
-        return Outcome::refusal(Msg::codeExists(), Outcome::Field::Code);
-    return Outcome::refusal(Msg::nameExists(), Outcome::Field::Name);
+        return Outcome::refusal(Msg::codeExists(), QStringLiteral("mskPartyCode"));
+    return Outcome::refusal(Msg::nameExists(), QStringLiteral("txtPartyName"));
 }
 
 } // namespace
@@ -39,27 +41,27 @@ Outcome checkNewAccount(SessionConnection &db, const NewAccount &account)
 {
     const Cleaned c = cleaned(account);
     if (!CodeMask::isComplete(account.code))
-        return Outcome::refusal(Msg::codeMissing(), Outcome::Field::Code);
+        return Outcome::refusal(Msg::codeMissing(), QStringLiteral("mskPartyCode"));
     if (c.name.isEmpty())
-        return Outcome::refusal(Msg::nameMissing(), Outcome::Field::Name);
+        return Outcome::refusal(Msg::nameMissing(), QStringLiteral("txtPartyName"));
     if (!account.balance)
-        return Outcome::refusal(Msg::balanceMissing(), Outcome::Field::Balance);
+        return Outcome::refusal(Msg::balanceMissing(), QStringLiteral("txtBalance"));
 
     // The code is looked at before the name.
     if (db.selectOne(QStringLiteral("SELECT PartyCode FROM tblPartyInfo WHERE PartyCode = ?"), {account.code}))
-        return Outcome::refusal(Msg::codeExists(), Outcome::Field::Code);
+        return Outcome::refusal(Msg::codeExists(), QStringLiteral("mskPartyCode"));
     if (db.selectOne(QStringLiteral("SELECT PartyName FROM tblPartyInfo WHERE PartyName = ?"), {c.name}))
-        return Outcome::refusal(Msg::nameExists(), Outcome::Field::Name);
+        return Outcome::refusal(Msg::nameExists(), QStringLiteral("txtPartyName"));
 
     const auto closing = Lookups::closingDate(db);
     if (!closing)
-        return Outcome::refusal(Msg::closingDateMissing(), Outcome::Field::None);
+        return Outcome::refusal(Msg::closingDateMissing());
     if (!account.date.isValid())
-        return Outcome::refusal(Msg::dateMissing(), Outcome::Field::Date);
+        return Outcome::refusal(Msg::dateMissing(), QStringLiteral("mskDate"));
     // An opening balance belongs on the day the books closed, so the
     // closing date itself is open here.
     if (account.date < *closing)
-        return Outcome::refusal(Msg::dateClosed(), Outcome::Field::Date);
+        return Outcome::refusal(Msg::dateClosed(), QStringLiteral("mskDate"));
     return Outcome::passed();
 }
 

@@ -36,6 +36,18 @@ QString AppSettings::defaultPath()
     return base + QStringLiteral("/Tessel/tessel.ini");
 }
 
+bool AppSettings::lineConfirmationsInStatusBar(const QString &userName, const QString &path)
+{
+    if (path.isEmpty() || !QFile::exists(path))
+        return false;
+    QSettings ini(path, QSettings::IniFormat);
+    return ini.value(QStringLiteral("user.") + userName.trimmed() + QStringLiteral("/lineConfirmations"))
+               .toString()
+               .trimmed()
+               .compare(QLatin1String("statusbar"), Qt::CaseInsensitive)
+        == 0;
+}
+
 AppSettings AppSettings::load(const QString &path)
 {
     AppSettings s;

@@ -50,4 +50,8 @@ public:
     QString path;
 
     const ConnectionProfile *profile(const QString &name) const;
+
+    // A user's own preference: line confirmations in the status bar
+    // ("lineConfirmations=statusbar" in the group [user.NAME]).
+    static bool lineConfirmationsInStatusBar(const QString &userName, const QString &path = defaultPath());
 };

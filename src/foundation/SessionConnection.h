@@ -119,6 +119,8 @@ public:
     Dialect dialect() const { return m_dialect; }
     bool isSQLite() const { return m_dialect == Dialect::SQLite; }
     bool isPostgres() const { return m_dialect == Dialect::PostgreSQL; }
+    // Rises each time the connection is opened again (after a lost server).
+    quint64 connectionEpoch() const;
     QString databaseName() const { return m_databaseName; }
     const ConnectionProfile &profile() const { return m_profile; }
     QSqlDatabase &database() { return m_db; }

@@ -24,17 +24,6 @@ void appendParams(QVariantList &p, const LedgerRow &r, const QString &user, cons
       << nullableText(r.careOf) << user << entryDate;
 }
 
-// A stable number for a voucher type, the same on every workstation.
-int seriesKey(const QString &type)
-{
-    quint32 h = 2166136261u;
-    for (const QChar c : type.trimmed().toUpper()) {
-        h ^= c.unicode();
-        h *= 16777619u;
-    }
-    return static_cast<int>(h & 0x7fffffff);
-}
-
 } // namespace
 
 LedgerRow LedgerRow::debit(const VoucherKey &key, const QString &code, const QString &name, Money amount,
@@ -178,6 +167,19 @@ bool LedgerWriter::update(qint64 srNo, const VoucherKey &guard, const LedgerRow 
         > 0;
 }
 
+int LedgerWriter::removeAccountRows(const VoucherKey &key, const QString &partyCode)
+{
+    return m_db.execute(QStringLiteral("DELETE FROM tblPartyBalance WHERE VoucherType = ? AND VoucherNo = ? AND "
+                                       "VDate = ? AND PartyCode = ?"),
+                        {key.type, key.number, key.date, partyCode});
+}
+
+int LedgerWriter::removeZeroRows()
+{
+    return m_db.execute(QStringLiteral("DELETE FROM tblPartyBalance WHERE PartyDR = 0 AND PartyCR = 0 AND "
+                                       "PartyBalance = 0 AND VoucherType <> 'JV'"));
+}
+
 bool LedgerWriter::remove(qint64 srNo, const VoucherKey &guard)
 {
     return m_db.execute(QStringLiteral("DELETE FROM tblPartyBalance WHERE SrNo = ? AND VoucherType = ? "
@@ -185,59 +187,3 @@ bool LedgerWriter::remove(qint64 srNo, const VoucherKey &guard)
                         {srNo, guard.type, guard.number, guard.date})
         > 0;
 }
-
-namespace Ledger {
-
-std::optional<Money> accountBalance(SessionConnection &db, const QString &partyCode)
-{
-    return db.scalarMoney(QStringLiteral("SELECT SUM(PartyBalance) FROM tblPartyBalance WHERE PartyCode = ?"),
-                          {partyCode});
-}
-
-std::optional<Money> accountBalanceBefore(SessionConnection &db, const QString &partyCode, const QDate &date)
-{
-    return db.scalarMoney(QStringLiteral("SELECT SUM(PartyBalance) FROM tblPartyBalance "
-                                         "WHERE PartyCode = ? AND VDate < ?"),
-                          {partyCode, date});
-}
-
-QString balanceText(const std::optional<Money> &balance)
-{
-    if (!balance)
-        return QString();
-    if (balance->isNegative())
-        return balance->abs().toFieldString() + QStringLiteral(" CR");
-    return balance->toFieldString() + QStringLiteral(" DR");
-}
-
-qint64 nextVoucherNo(SessionConnection &db, const QString &voucherType)
-{
-    const QVariant v = db.scalar(QStringLiteral("SELECT MAX(VoucherNo) FROM tblPartyBalance WHERE VoucherType = ?"),
-                                 {voucherType});
-    return v.isNull() ? 1 : v.toLongLong() + 1;
-}
-
-bool voucherNumberTaken(SessionConnection &db, const QString &voucherType, qint64 number,
-                        const std::optional<VoucherKey> &except)
-{
-    if (!except) {
-        return db.selectOne(QStringLiteral("SELECT SrNo FROM tblPartyBalance WHERE VoucherType = ? AND VoucherNo = ? "
-                                           "LIMIT 1"),
-                            {voucherType, number})
-            .has_value();
-    }
-    return db.selectOne(QStringLiteral("SELECT SrNo FROM tblPartyBalance WHERE VoucherType = ? AND VoucherNo = ? "
-                                       "AND NOT (VoucherType = ? AND VoucherNo = ? AND VDate = ?) LIMIT 1"),
-                        {voucherType, number, except->type, except->number, except->date})
-        .has_value();
-}
-
-void lockVoucherSeries(SessionConnection &db, const QString &voucherType)
-{
-    if (!db.isPostgres())
-        return;
-    db.select(QStringLiteral("SELECT pg_advisory_xact_lock(CAST(? AS INTEGER), CAST(? AS INTEGER))"),
-              {7301, seriesKey(voucherType)});
-}
-
-} // namespace Ledger

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "foundation/Money.h"
+#include "vouchers/Ledger.h"
 
 #include <QDate>
 #include <QString>
@@ -8,18 +9,6 @@
 #include <optional>
 
 class SessionConnection;
-
-// Where a voucher stands in the ledger: its type, number and date. The
-// ledger has no header table; these three columns are the voucher.
-struct VoucherKey
-{
-    QString type;
-    qint64 number = 0;
-    QDate date;
-
-    bool operator==(const VoucherKey &o) const { return type == o.type && number == o.number && date == o.date; }
-    bool operator!=(const VoucherKey &o) const { return !(*this == o); }
-};
 
 // One row of tblPartyBalance as a posting writes it. A row has one side:
 // a debit row has PartyDR = amount and PartyCR = 0, a credit row the
@@ -64,6 +53,11 @@ public:
     bool update(qint64 srNo, const VoucherKey &guard, const LedgerRow &row);
     // Removes the row `srNo` of the voucher `guard`; false when not found.
     bool remove(qint64 srNo, const VoucherKey &guard);
+    // Removes the rows of the voucher `key` on this account; returns how many.
+    int removeAccountRows(const VoucherKey &key, const QString &partyCode);
+    // Removes the rows of every type but JV that carry nothing (0, 0, 0),
+    // as a deleted voucher leaves them; returns how many.
+    int removeZeroRows();
 
     static int rowsPerStatement() { return 400; }
 
@@ -79,31 +73,3 @@ private:
     QString m_user;
     QDate m_entryDate;
 };
-
-// Look-ups on the ledger that the posting screens share.
-namespace Ledger {
-
-inline const QString kCashCode = QStringLiteral("19-10-001");
-inline const QString kCashName = QStringLiteral("CASH IN HAND");
-
-// Sum(PartyBalance) of an account: positive is DR. Nothing when the
-// account has no row.
-std::optional<Money> accountBalance(SessionConnection &db, const QString &partyCode);
-// The same over the rows dated before `date`.
-std::optional<Money> accountBalanceBefore(SessionConnection &db, const QString &partyCode, const QDate &date);
-
-// "{amount} DR" / "{amount} CR", or "" for no rows.
-QString balanceText(const std::optional<Money> &balance);
-
-// Max(VoucherNo)+1 of a type over the whole year; 1 for an empty series.
-qint64 nextVoucherNo(SessionConnection &db, const QString &voucherType);
-// True when a row of another voucher than `except` carries this type and
-// number (any date: a number belongs to its type for the whole year).
-bool voucherNumberTaken(SessionConnection &db, const QString &voucherType, qint64 number,
-                        const std::optional<VoucherKey> &except = std::nullopt);
-// Serialises the numbering of one type among workstations until the
-// current transaction ends (a no-op on the embedded store, whose write
-// transactions are exclusive already). Call inside a Transaction.
-void lockVoucherSeries(SessionConnection &db, const QString &voucherType);
-
-} // namespace Ledger

@@ -78,8 +78,8 @@ void TestVoucherLoad::workstationsAtOnce()
                         addLine(1 + rng.bounded(20), a, QStringLiteral("DR"));
                         addLine(1 + rng.bounded(20), a, QStringLiteral("CR"));
                     }
-                    const PostingOutcome out = posting.saveNew(key, NumberPolicy::Proposed);
-                    if (!out.posted) {
+                    const Outcome out = posting.saveNew(key, NumberPolicy::Proposed);
+                    if (!out.ok) {
                         ++failures;
                         QMutexLocker l(&errorLock);
                         errors << out.message;

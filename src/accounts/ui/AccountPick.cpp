@@ -9,6 +9,7 @@
 
 #include <QAbstractItemView>
 #include <QApplication>
+#include <QCoreApplication>
 #include <QCompleter>
 #include <QComboBox>
 #include <QFocusEvent>
@@ -141,6 +142,23 @@ void AccountPick::nameChanged()
     announce();
 }
 
+bool AccountPick::takeFirstMatch()
+{
+    QCompleter *completer = m_name->completer();
+    const QString typed = m_name->currentText();
+    if (!completer || typed.isEmpty() || !m_lastCode.isEmpty())
+        return false;
+    completer->setCompletionPrefix(typed);
+    if (completer->completionCount() == 0)
+        return false;
+    completer->setCurrentRow(0);
+    const QString first = completer->currentCompletion();
+    if (completer->popup())
+        completer->popup()->hide();
+    setFieldText(m_name, first);
+    return true;
+}
+
 void AccountPick::nameLeft()
 {
     // Leaving the name settles the code just as typing does.
@@ -215,6 +233,15 @@ bool AccountPick::eventFilter(QObject *watched, QEvent *event)
             openSearch();
             return true;
         }
+        // Enter on the list with no row chosen takes its first row, and
+        // then moves on as Enter in the field does.
+        if ((key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter) && !m_popup->currentIndex().isValid()) {
+            m_popup->hide();
+            takeFirstMatch();
+            QKeyEvent again(QEvent::KeyPress, key->key(), key->modifiers());
+            QCoreApplication::sendEvent(m_name, &again);
+            return true;
+        }
     }
     if (onName && event->type() == QEvent::KeyPress) {
         auto *key = static_cast<QKeyEvent *>(event);
@@ -222,6 +249,8 @@ bool AccountPick::eventFilter(QObject *watched, QEvent *event)
             openSearch();
             return true;
         }
+        if (key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter)
+            takeFirstMatch(); // and Enter goes on to the next field
     } else if (onName && event->type() == QEvent::FocusOut) {
         const auto *focus = static_cast<QFocusEvent *>(event);
         QWidget *now = QApplication::focusWidget();

@@ -1,6 +1,6 @@
 #include "reports/ui/frmPrintVoucher.h"
 
-#include "accounts/ui/CommandGate.h"
+#include "foundation/ui/CommandGate.h"
 #include "foundation/Session.h"
 #include "foundation/ui/KeyFilters.h"
 #include "foundation/ui/MaskedLineEdit.h"
@@ -173,7 +173,7 @@ void frmPrintVoucher::load()
             return;
         }
         DateToMaskText(*first, mskDateFrom);
-        DateToMaskText(session().today.isValid() ? session().today : QDate::currentDate(), mskDateTo);
+        DateToMaskText(session().dateToday(), mskDateTo);
     });
 }
 

@@ -1,6 +1,6 @@
 #include "reports/ui/frmProfitAndLoss.h"
 
-#include "accounts/ui/CommandGate.h"
+#include "foundation/ui/CommandGate.h"
 #include "foundation/Session.h"
 #include "foundation/ui/KeyFilters.h"
 #include "foundation/ui/MaskedLineEdit.h"
@@ -162,7 +162,7 @@ void frmProfitAndLoss::loadDates()
             return;
         }
         DateToMaskText(*first, mskDateFrom);
-        DateToMaskText(session().today.isValid() ? session().today : QDate::currentDate(), mskDateTo);
+        DateToMaskText(session().dateToday(), mskDateTo);
     });
 }
 

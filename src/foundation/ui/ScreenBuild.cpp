@@ -1,0 +1,167 @@
+#include "foundation/ui/ScreenBuild.h"
+
+#include "foundation/Money.h"
+#include "foundation/ui/KeyFilters.h"
+#include "foundation/ui/MaskedLineEdit.h"
+#include "foundation/ui/QueryTableModel.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QFrame>
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QStyledItemDelegate>
+#include <QTableView>
+
+namespace {
+
+template <typename W>
+W *named(W *w, const QString &name)
+{
+    w->setObjectName(name);
+    return w;
+}
+
+// Amounts read from the list's text and shown as "1,234.50" at the right.
+class AmountDelegate : public QStyledItemDelegate
+{
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+    QString displayText(const QVariant &value, const QLocale &locale) const override
+    {
+        if (const auto m = Money::parse(value.toString().trimmed()))
+            return m->toDisplayString();
+        return QStyledItemDelegate::displayText(value, locale);
+    }
+    void initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const override
+    {
+        QStyledItemDelegate::initStyleOption(option, index);
+        option->displayAlignment = Qt::AlignRight | Qt::AlignVCenter;
+    }
+};
+
+} // namespace
+
+namespace ScreenBuild {
+
+QLineEdit *lineEdit(QWidget *parent, const QString &name) { return named(new QLineEdit(parent), name); }
+
+QLineEdit *display(QWidget *parent, const QString &name, bool amount)
+{
+    auto *e = named(new QLineEdit(parent), name);
+    e->setReadOnly(true);
+    e->setFocusPolicy(Qt::ClickFocus);
+    if (amount)
+        e->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    return e;
+}
+
+QLineEdit *amountEdit(QWidget *parent, const QString &name)
+{
+    auto *e = named(new QLineEdit(parent), name);
+    e->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    DecimalOnly::attach(e);
+    return e;
+}
+
+MaskedLineEdit *masked(QWidget *parent, const QString &name, const QString &mask)
+{
+    return named(new MaskedLineEdit(mask, parent), name);
+}
+
+QComboBox *combo(QWidget *parent, const QString &name, bool editable)
+{
+    auto *c = named(new QComboBox(parent), name);
+    c->setEditable(editable);
+    if (editable)
+        c->setInsertPolicy(QComboBox::NoInsert);
+    return c;
+}
+
+QPushButton *button(QWidget *parent, const QString &name, const QString &caption)
+{
+    auto *b = named(new QPushButton(caption, parent), name);
+    b->setAutoDefault(true);
+    b->setMinimumWidth(110);
+    return b;
+}
+
+QCheckBox *check(QWidget *parent, const QString &name, const QString &caption)
+{
+    return named(new QCheckBox(caption, parent), name);
+}
+
+QRadioButton *option(QWidget *parent, const QString &name, const QString &caption)
+{
+    return named(new QRadioButton(caption, parent), name);
+}
+
+QFrame *frame(QWidget *parent, const QString &name, bool boxed)
+{
+    auto *f = named(new QFrame(parent), name);
+    if (boxed)
+        f->setFrameShape(QFrame::StyledPanel);
+    return f;
+}
+
+QTableView *grid(QWidget *parent, const QString &name)
+{
+    auto *g = named(new QTableView(parent), name);
+    g->setModel(new QueryTableModel(g));
+    g->setSelectionBehavior(QAbstractItemView::SelectRows);
+    g->setSelectionMode(QAbstractItemView::SingleSelection);
+    g->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    g->setAlternatingRowColors(true);
+    g->setTabKeyNavigation(false); // Tab moves on to the next field, never from cell to cell
+    g->verticalHeader()->hide();
+    g->verticalHeader()->setDefaultSectionSize(g->fontMetrics().height() + 6);
+    return g;
+}
+
+QLabel *caption(const QString &text, QWidget *buddy)
+{
+    auto *l = new QLabel(text, buddy ? buddy->parentWidget() : nullptr);
+    l->setBuddy(buddy);
+    return l;
+}
+
+void amountColumns(QTableView *grid, std::initializer_list<int> columns)
+{
+    auto *d = new AmountDelegate(grid);
+    for (int c : columns)
+        grid->setItemDelegateForColumn(c, d);
+}
+
+} // namespace ScreenBuild
+
+FieldGrid::FieldGrid(QGridLayout *layout) : m_grid(layout)
+{
+    m_grid->setHorizontalSpacing(10);
+    m_grid->setVerticalSpacing(7);
+}
+
+void FieldGrid::put(int row, int column, const QString &label, QWidget *field, int span, bool stretch)
+{
+    if (!label.isEmpty())
+        m_grid->addWidget(ScreenBuild::caption(label, field), row, column * 2, Qt::AlignRight | Qt::AlignVCenter);
+    if (stretch)
+        m_grid->addWidget(field, row, column * 2 + 1, 1, span * 2 - 1);
+    else
+        m_grid->addWidget(field, row, column * 2 + 1, 1, span * 2 - 1, Qt::AlignLeft);
+}
+
+QHBoxLayout *FieldGrid::buttons(int row, int column, std::initializer_list<QPushButton *> buttons, int span)
+{
+    auto *h = new QHBoxLayout;
+    h->addStretch(1);
+    for (QPushButton *b : buttons)
+        h->addWidget(b);
+    h->addStretch(1);
+    m_grid->addLayout(h, row, column * 2, 1, span * 2);
+    return h;
+}
