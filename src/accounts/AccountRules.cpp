@@ -3,6 +3,8 @@
 #include "foundation/CodeMask.h"
 #include "foundation/Lookups.h"
 #include "foundation/SessionConnection.h"
+
+#include <algorithm>
 #include "vouchers/LedgerWriter.h"
 
 namespace Accounts {
@@ -115,11 +117,42 @@ QString lastCodeUnder(SessionConnection &db, const QString &maskText)
     return v.isNull() ? QString() : v.toString().trimmed();
 }
 
+bool nearlySame(const QString &a, const QString &b)
+{
+    const QString x = a.simplified().toUpper();
+    const QString y = b.simplified().toUpper();
+    if (x.isEmpty() || y.isEmpty())
+        return false;
+    // The same words in another order.
+    QStringList wx = x.split(QLatin1Char(' ')), wy = y.split(QLatin1Char(' '));
+    std::sort(wx.begin(), wx.end());
+    std::sort(wy.begin(), wy.end());
+    if (wx == wy)
+        return true;
+    // One letter off: one changed, left out or added.
+    if (qAbs(x.size() - y.size()) > 1)
+        return false;
+    int i = 0;
+    while (i < x.size() && i < y.size() && x[i] == y[i])
+        ++i;
+    int j = 0;
+    while (j < x.size() - i && j < y.size() - i && x[x.size() - 1 - j] == y[y.size() - 1 - j])
+        ++j;
+    return qMax(x.size(), y.size()) - i - j <= 1;
+}
+
 QueryResult accountsNamed(SessionConnection &db, const QString &text)
 {
-    return db.select(QStringLiteral("SELECT PartyCode, PartyName FROM tblPartyInfo WHERE PartyName LIKE ? "
-                                    "ORDER BY PartyCode"),
-                     {QLatin1Char('%') + text + QLatin1Char('%')});
+    QueryResult all = db.select(QStringLiteral("SELECT PartyCode, PartyName FROM tblPartyInfo ORDER BY PartyCode"));
+    const QString typed = text.toUpper();
+    QueryResult out;
+    out.columns = all.columns;
+    for (const Row &r : all.rows) {
+        const QString name = r.text(1);
+        if (name.toUpper().contains(typed) || nearlySame(name, text))
+            out.rows << r;
+    }
+    return out;
 }
 
 } // namespace Accounts

@@ -25,7 +25,7 @@ Outcome add(SessionConnection &db, const QString &title)
 {
     // Any text is a title, the empty one and one of blanks included; keys
     // ignore trailing blanks, so "   " stands as the empty title.
-    const QString t = title.trimmed();
+    const QString t = text(title.trimmed());
     try {
         Transaction tx(db);
         if (exists(db, t))

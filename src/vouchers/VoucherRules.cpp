@@ -3,6 +3,12 @@
 #include <QHash>
 
 namespace VoucherMessages {
+QString farDate(const QDate &date)
+{
+    return QStringLiteral("The date %1 is more than a year after today, do you want to keep it?")
+        .arg(date.toString(QStringLiteral("dd/MM/yyyy")));
+}
+
 QString numberMoved(qint64 from, qint64 to)
 {
     return QStringLiteral("Voucher # %1 was taken on another workstation meanwhile, so this voucher has been saved "

@@ -30,6 +30,8 @@ inline const QString kNoChequeDesc =
     QStringLiteral("Enter cheque description, empty or blank description is not allowed.");
 inline const QString kNoChequeNo =
     QStringLiteral("Enter cheque voucher #, empty or blank voucher # is not allowed.");
+// Asked when a date lies more than a year after the working day.
+QString farDate(const QDate &date);
 // Told when the proposed number was taken by another workstation.
 QString numberMoved(qint64 from, qint64 to);
 } // namespace VoucherMessages

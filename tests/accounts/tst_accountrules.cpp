@@ -64,6 +64,8 @@ private Q_SLOTS:
     void debitCreditList();
     void careOf_data() { TestDb::addBackends(); }
     void careOf();
+    void nearNames_data();
+    void nearNames();
     void titlesAndLetterheads_data() { TestDb::addBackends(); }
     void titlesAndLetterheads();
 };
@@ -270,6 +272,32 @@ void TestAccountRules::lastCodeAndNearNames()
     QCOMPARE(Accounts::accountsNamed(*db, QString()).size(), 9 + 4);
 }
 
+void TestAccountRules::nearNames_data()
+{
+    QTest::addColumn<QString>("typed");
+    QTest::addColumn<QString>("stored");
+    QTest::addColumn<bool>("near");
+    QTest::newRow("words in another order") << "PRESS ALPHA" << "ALPHA PRESS" << true;
+    QTest::newRow("a trailing blank") << "ALPHA PRESS " << "ALPHA PRESS" << true;
+    QTest::newRow("blanks between") << "ALPHA  PRESS" << "ALPHA PRESS" << true;
+    QTest::newRow("one letter changed") << "ALPHA PRES5" << "ALPHA PRESS" << true;
+    QTest::newRow("one letter left out") << "ALPA PRESS" << "ALPHA PRESS" << true;
+    QTest::newRow("one letter more") << "ALPHA PRESSS" << "ALPHA PRESS" << true;
+    QTest::newRow("lower case") << "alpha press" << "ALPHA PRESS" << true;
+    QTest::newRow("two letters off") << "ALPHA PRXSX" << "ALPHA PRESS" << false;
+    QTest::newRow("another word") << "ALPHA BOOKS" << "ALPHA PRESS" << false;
+    QTest::newRow("empty") << "" << "ALPHA PRESS" << false;
+}
+
+void TestAccountRules::nearNames()
+{
+    QFETCH(QString, typed);
+    QFETCH(QString, stored);
+    QFETCH(bool, near);
+    QCOMPARE(Accounts::nearlySame(typed, stored), near);
+    QCOMPARE(Accounts::nearlySame(stored, typed), near);
+}
+
 // Two workstations save the same new code at the same moment: one account
 // stands afterwards and the other is told the code exists.
 void TestAccountRules::raceOnSameCode()
@@ -347,7 +375,7 @@ void TestAccountRules::careOf()
     // A name already listed is refused before the designation is looked at.
     const Outcome again = CareOfList::add(*db, QStringLiteral("MR ALI "), QString(), QStringLiteral("ADMIN"));
     QCOMPARE(again.message, M::exists());
-    QCOMPARE(again.field, QStringLiteral("txtPartyName"));
+    QCOMPARE(again.field, QStringLiteral("txtName"));
     QVERIFY(CareOfList::add(*db, QStringLiteral("MR BABAR"), QStringLiteral("BROKER"), QStringLiteral("ADMIN")).ok);
     QCOMPARE(CareOfList::names(*db), (QStringList{"MR ALI", "MR BABAR"}));
     QCOMPARE(CareOfList::persons(*db, QStringLiteral("BAB")).size(), 1);

@@ -179,11 +179,11 @@ void TestVoucherPosting::currentCash_data()
     QTest::addColumn<qint64>("balanceCents");
     QTest::addColumn<QString>("previous");
     QTest::addColumn<QString>("current");
-    QTest::newRow("CP from debit") << "CP" << qint64(100050) << "1000.5 DR" << "900.5";
-    QTest::newRow("CR from debit") << "CR" << qint64(100050) << "1000.5 DR" << "1100.5";
+    QTest::newRow("CP from debit") << "CP" << qint64(100050) << "1,000.50 DR" << "900.5";
+    QTest::newRow("CR from debit") << "CR" << qint64(100050) << "1,000.50 DR" << "1100.5";
     // With the cash in credit the figure is worked on the magnitude.
-    QTest::newRow("CP from credit") << "CP" << qint64(-100000) << "1000 CR" << "900";
-    QTest::newRow("zero shows DR") << "JV" << qint64(0) << "0 DR" << "";
+    QTest::newRow("CP from credit") << "CP" << qint64(-100000) << "1,000.00 CR" << "900";
+    QTest::newRow("zero shows DR") << "JV" << qint64(0) << "0.00 DR" << "";
 }
 
 void TestVoucherPosting::currentCash()
@@ -333,7 +333,7 @@ void TestVoucherPosting::modifyByState()
     QVERIFY(st.removeLine(loaded[2].srNo));
     const qint64 added = st.addLine(key, line("17-10-001", "CRESCENT TEXTILES", m("7"), "DR"), sr);
     QVERIFY(st.changeLine(added, key, line("17-10-001", "CRESCENT TEXTILES", m("8"), "DR")));
-    QCOMPARE(st.line(added)->state, QStringLiteral("INSERT")); // still to be inserted
+    QCOMPARE(st.line(added)->state, LineState::Insert); // still to be inserted
 
     const auto out = VoucherPosting(*db, kUser, kToday).saveModified(key, key);
     QVERIFY2(out.ok, qPrintable(out.message));

@@ -197,6 +197,8 @@ void frmPartyInfo::save()
     m_lastSavedCode = a.code;
     MessageService::information(this, result.message);
     clearForNext();
+    // LAST CODE now names the account just saved, the last of its group.
+    runSafely(this, [&] { txtLastCode->setText(Accounts::lastCodeUnder(session().db(), a.code)); });
     mskPartyCode->setFocus(Qt::OtherFocusReason);
 }
 

@@ -6,6 +6,7 @@
 #include "foundation/ui/QueryTableModel.h"
 
 #include <QCheckBox>
+#include <QEvent>
 #include <QComboBox>
 #include <QFrame>
 #include <QGridLayout>
@@ -45,11 +46,75 @@ public:
     }
 };
 
+// Refits a grid's columns to their proportions.
+class ColumnFitter : public QObject
+{
+public:
+    ColumnFitter(QTableView *grid, QVector<int> twips) : QObject(grid), m_grid(grid), m_twips(std::move(twips))
+    {
+        grid->viewport()->installEventFilter(this);
+    }
+    void fit()
+    {
+        int total = 0;
+        for (int w : m_twips)
+            total += w;
+        if (total == 0)
+            return;
+        const double perTwip =
+            qMax(m_grid->logicalDpiX() / 1440.0, (m_grid->viewport()->width() - 4) / double(total));
+        for (int c = 0; c < m_twips.size(); ++c) {
+            m_grid->setColumnHidden(c, m_twips[c] == 0);
+            if (m_twips[c] > 0)
+                m_grid->setColumnWidth(c, int(m_twips[c] * perTwip));
+        }
+    }
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        if (event->type() == QEvent::Resize)
+            fit();
+        return QObject::eventFilter(watched, event);
+    }
+
+private:
+    QTableView *m_grid;
+    QVector<int> m_twips;
+};
+
 } // namespace
 
 namespace ScreenBuild {
 
-QLineEdit *lineEdit(QWidget *parent, const QString &name) { return named(new QLineEdit(parent), name); }
+void proportionalColumns(QTableView *grid, const QVector<int> &twips)
+{
+    grid->horizontalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    auto *fitter = new ColumnFitter(grid, twips);
+    QObject::connect(grid->model(), &QAbstractItemModel::modelReset, fitter, [fitter] { fitter->fit(); });
+    fitter->fit();
+}
+
+QHBoxLayout *gridHeading(QWidget *parent, const QString &caption, const QString &hint)
+{
+    auto *row = new QHBoxLayout;
+    auto *c = new QLabel(caption, parent);
+    c->setStyleSheet(QStringLiteral("font-weight: bold;"));
+    row->addWidget(c);
+    row->addStretch(1);
+    auto *h = new QLabel(hint, parent);
+    h->setStyleSheet(QStringLiteral("color: #017C6A;"));
+    row->addWidget(h);
+    return row;
+}
+
+QLineEdit *lineEdit(QWidget *parent, const QString &name, KeyRules::Kind filter)
+{
+    auto *e = named(new QLineEdit(parent), name);
+    if (filter != KeyRules::Kind::None)
+        attachKeyRule(e, filter);
+    return e;
+}
 
 QLineEdit *display(QWidget *parent, const QString &name, bool amount)
 {
@@ -74,12 +139,14 @@ MaskedLineEdit *masked(QWidget *parent, const QString &name, const QString &mask
     return named(new MaskedLineEdit(mask, parent), name);
 }
 
-QComboBox *combo(QWidget *parent, const QString &name, bool editable)
+QComboBox *combo(QWidget *parent, const QString &name, KeyRules::Kind filter, bool editable)
 {
     auto *c = named(new QComboBox(parent), name);
     c->setEditable(editable);
     if (editable)
         c->setInsertPolicy(QComboBox::NoInsert);
+    if (editable && filter != KeyRules::Kind::None)
+        attachKeyRule(c, filter);
     return c;
 }
 
@@ -145,8 +212,10 @@ FieldGrid::FieldGrid(QGridLayout *layout) : m_grid(layout)
     m_grid->setVerticalSpacing(7);
 }
 
-void FieldGrid::put(int row, int column, const QString &label, QWidget *field, int span, bool stretch)
+void FieldGrid::put(int row, int column, const QString &label, QWidget *field, int span, bool stretch, int width)
 {
+    if (width > 0)
+        field->setFixedWidth(width);
     if (!label.isEmpty())
         m_grid->addWidget(ScreenBuild::caption(label, field), row, column * 2, Qt::AlignRight | Qt::AlignVCenter);
     if (stretch)

@@ -1,6 +1,9 @@
 #pragma once
 
+#include "foundation/KeyRules.h"
+
 #include <QString>
+#include <QVector>
 #include <initializer_list>
 
 class MaskedLineEdit;
@@ -23,7 +26,8 @@ class QWidget;
 // panels of its own places them with a FieldGrid.
 namespace ScreenBuild {
 
-QLineEdit *lineEdit(QWidget *parent, const QString &name);
+// Each takes the key filter of its field (see KeyFilters.h).
+QLineEdit *lineEdit(QWidget *parent, const QString &name, KeyRules::Kind filter = KeyRules::Kind::None);
 // A figure the user reads but never types: read-only, coloured when
 // clicked, never in the Enter chain, right-aligned when `amount`.
 QLineEdit *display(QWidget *parent, const QString &name, bool amount = false);
@@ -31,7 +35,8 @@ QLineEdit *display(QWidget *parent, const QString &name, bool amount = false);
 QLineEdit *amountEdit(QWidget *parent, const QString &name);
 MaskedLineEdit *masked(QWidget *parent, const QString &name, const QString &mask);
 // Editable combos take no new items from typing.
-QComboBox *combo(QWidget *parent, const QString &name, bool editable = true);
+QComboBox *combo(QWidget *parent, const QString &name, KeyRules::Kind filter = KeyRules::Kind::None,
+                 bool editable = true);
 // Buttons answer Enter when they have the focus.
 QPushButton *button(QWidget *parent, const QString &name, const QString &caption);
 QCheckBox *check(QWidget *parent, const QString &name, const QString &caption);
@@ -43,6 +48,11 @@ QTableView *grid(QWidget *parent, const QString &name);
 QLabel *caption(const QString &text, QWidget *buddy);
 // Shows amount columns with thousands separators, two decimals, right-aligned.
 void amountColumns(QTableView *grid, std::initializer_list<int> columns);
+// Keeps the columns at these widths (in twips, 0 hides a column) scaled
+// to fill the grid's width, whenever the grid is resized or refilled.
+void proportionalColumns(QTableView *grid, const QVector<int> &twips);
+// The caption of a list, with a hint at its right.
+QHBoxLayout *gridHeading(QWidget *parent, const QString &caption, const QString &hint);
 
 } // namespace ScreenBuild
 
@@ -59,8 +69,14 @@ public:
     explicit FieldGrid(QGridLayout *layout);
     QGridLayout *layout() const { return m_grid; }
     // `label` "" places the field alone. The field keeps its own width
-    // unless `stretch`.
-    void put(int row, int column, const QString &label, QWidget *field, int span = 1, bool stretch = false);
+    // (or `width` pixels when given) unless `stretch`.
+    void put(int row, int column, const QString &label, QWidget *field, int span = 1, bool stretch = false,
+             int width = 0);
+    // A field of a fixed width.
+    void putFixed(int row, int column, const QString &label, QWidget *field, int width)
+    {
+        put(row, column, label, field, 1, false, width);
+    }
     // A row of buttons, centred under the fields.
     QHBoxLayout *buttons(int row, int column, std::initializer_list<QPushButton *> buttons, int span = 1);
 

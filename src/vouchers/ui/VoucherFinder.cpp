@@ -25,11 +25,9 @@ VoucherFinder::VoucherFinder(QWidget *parent) : QFrame(parent)
     lblVoucherNo->setObjectName(QStringLiteral("lblVoucherNo"));
     lblVoucherNo->setAlignment(Qt::AlignCenter);
     lblVoucherNo->setStyleSheet(QStringLiteral("font-weight: bold; font-size: 12pt; color: #017C6A;"));
-    cmbModifyVoucherType = combo(this, QStringLiteral("cmbModifyVoucherType"));
+    cmbModifyVoucherType = combo(this, QStringLiteral("cmbModifyVoucherType"), KeyRules::Kind::LettersUpper);
     cmbModifyVoucherType->setMinimumContentsLength(6);
-    LettersUpperObj::attach(cmbModifyVoucherType);
-    txtShowVoucherNo = lineEdit(this, QStringLiteral("txtShowVoucherNo"));
-    DigitsOnly::attach(txtShowVoucherNo);
+    txtShowVoucherNo = lineEdit(this, QStringLiteral("txtShowVoucherNo"), KeyRules::Kind::DigitsOnly);
     mskDateModifyVoucher = masked(this, QStringLiteral("mskDateModifyVoucher"), MaskedLineEdit::dateMask());
     cmdVoucherNoOkay = button(this, QStringLiteral("cmdVoucherNoOkay"), QStringLiteral("&OKAY"));
     cmdVoucherNoCancel = button(this, QStringLiteral("cmdVoucherNoCancel"), QStringLiteral("&CANCEL"));

@@ -14,6 +14,7 @@
 #include "vouchers/VoucherLookups.h"
 #include "vouchers/VoucherPosting.h"
 #include "vouchers/VoucherStaging.h"
+#include "vouchers/ui/ChequePick.h"
 #include "vouchers/ui/VoucherFinder.h"
 
 #include <QCheckBox>
@@ -42,7 +43,6 @@ const QString kDeleteQuestion = QStringLiteral("Are you sure you want to delete 
 const QStringList kGridCaptions = {QStringLiteral("SR #"),  QStringLiteral("TYPE"),   QStringLiteral("DATE"),
                                    QStringLiteral("V.#"),   QStringLiteral("DETAIL"), QStringLiteral("A/C NAME"),
                                    QStringLiteral("DEBIT"), QStringLiteral("CREDIT")};
-const int kGridTwips[] = {0, 600, 1100, 600, 2613, 2400, 1200, 1200};
 
 SessionConnection &db() { return session().db(); }
 
@@ -93,56 +93,39 @@ void frmJournalVoucher::buildEntryPanel()
     outer->addLayout(fieldLayout);
     FieldGrid fields(fieldLayout);
 
+    using K = KeyRules::Kind;
     mskDate = masked(p, QStringLiteral("mskDate"), MaskedLineEdit::dateMask());
-    cmbVoucherType = combo(p, QStringLiteral("cmbVoucherType"));
-    LettersUpperObj::attach(cmbVoucherType);
-    txtVoucherNo = lineEdit(p, QStringLiteral("txtVoucherNo"));
-    DigitsOnly::attach(txtVoucherNo);
-    txtInvoiceNo = lineEdit(p, QStringLiteral("txtInvoiceNo"));
-    DigitsOnly::attach(txtInvoiceNo);
+    cmbVoucherType = combo(p, QStringLiteral("cmbVoucherType"), K::LettersUpper);
+    txtVoucherNo = lineEdit(p, QStringLiteral("txtVoucherNo"), K::DigitsOnly);
+    txtInvoiceNo = lineEdit(p, QStringLiteral("txtInvoiceNo"), K::DigitsOnly);
     cmbPartyName = combo(p, QStringLiteral("cmbPartyName"));
+    cmbPartyName->setMinimumContentsLength(40);
     txtPartyCode = masked(p, QStringLiteral("txtPartyCode"), MaskedLineEdit::accountCodeMask()); // from the name
     txtPartyCode->setReadOnly(true);
     txtPartyCode->setFocusPolicy(Qt::ClickFocus);
     txtBalance = display(p, QStringLiteral("txtBalance"), true);
-    txtDesc = lineEdit(p, QStringLiteral("txtDesc"));
-    SafeTextKey::attach(txtDesc);
+    txtDesc = lineEdit(p, QStringLiteral("txtDesc"), K::SafeText);
     txtAmount = amountEdit(p, QStringLiteral("txtAmount"));
-    cmbDBCR = combo(p, QStringLiteral("cmbDBCR"));
-    LettersUpperObj::attach(cmbDBCR);
+    cmbDBCR = combo(p, QStringLiteral("cmbDBCR"), K::LettersUpper);
     chkPostDatedCheque = check(p, QStringLiteral("chkPostDatedCheque"), QStringLiteral("POSTED CHEQUE"));
-    cmbChequeDesc = combo(p, QStringLiteral("cmbChequeDesc"));
-    SafeTextKey::attach(cmbChequeDesc);
-    cmbCHQVoucherNo = combo(p, QStringLiteral("cmbCHQVoucherNo"));
-    DigitsOnly::attach(cmbCHQVoucherNo);
-    cmbChequeDesc->setEnabled(false);
-    cmbCHQVoucherNo->setEnabled(false);
-
-    mskDate->setFixedWidth(110);
-    cmbVoucherType->setFixedWidth(90);
-    txtVoucherNo->setFixedWidth(100);
-    txtInvoiceNo->setFixedWidth(120);
-    txtPartyCode->setFixedWidth(100);
-    txtBalance->setFixedWidth(190);
-    txtAmount->setFixedWidth(140);
-    cmbDBCR->setFixedWidth(90);
-    cmbCHQVoucherNo->setFixedWidth(100);
-    cmbPartyName->setMinimumContentsLength(40);
+    cmbChequeDesc = combo(p, QStringLiteral("cmbChequeDesc"), K::SafeText);
     cmbChequeDesc->setMinimumContentsLength(20);
+    cmbCHQVoucherNo = combo(p, QStringLiteral("cmbCHQVoucherNo"), K::DigitsOnly);
+    m_cheque = new ChequePick(chkPostDatedCheque, cmbChequeDesc, cmbCHQVoucherNo, this);
 
-    fields.put(0, 0, QStringLiteral("DATE"), mskDate);
-    fields.put(0, 1, QStringLiteral("VOUCHER TYPE"), cmbVoucherType);
-    fields.put(0, 2, QStringLiteral("VOUCHER #"), txtVoucherNo);
-    fields.put(0, 3, QStringLiteral("INV/RECEIPT #"), txtInvoiceNo);
+    fields.putFixed(0, 0, QStringLiteral("DATE"), mskDate, 110);
+    fields.putFixed(0, 1, QStringLiteral("VOUCHER TYPE"), cmbVoucherType, 90);
+    fields.putFixed(0, 2, QStringLiteral("VOUCHER #"), txtVoucherNo, 100);
+    fields.putFixed(0, 3, QStringLiteral("INV/RECEIPT #"), txtInvoiceNo, 120);
     fields.put(1, 0, QStringLiteral("PARTY NAME"), cmbPartyName, 2, true);
-    fields.put(1, 2, QStringLiteral("PARTY CODE"), txtPartyCode);
-    fields.put(1, 3, QStringLiteral("ACCOUNT BALANCE"), txtBalance);
+    fields.putFixed(1, 2, QStringLiteral("PARTY CODE"), txtPartyCode, 100);
+    fields.putFixed(1, 3, QStringLiteral("ACCOUNT BALANCE"), txtBalance, 190);
     fields.put(2, 0, QStringLiteral("DESCRIPTION"), txtDesc, 3, true);
-    fields.put(3, 0, QStringLiteral("AMOUNT"), txtAmount);
-    fields.put(3, 1, QStringLiteral("DR/CR"), cmbDBCR);
+    fields.putFixed(3, 0, QStringLiteral("AMOUNT"), txtAmount, 140);
+    fields.putFixed(3, 1, QStringLiteral("DR/CR"), cmbDBCR, 90);
     fields.put(3, 2, QString(), chkPostDatedCheque);
     fields.put(4, 0, QStringLiteral("CHQ DESC:"), cmbChequeDesc, 2, true);
-    fields.put(4, 2, QStringLiteral("VOUCHER #:"), cmbCHQVoucherNo);
+    fields.putFixed(4, 2, QStringLiteral("VOUCHER #:"), cmbCHQVoucherNo, 100);
     fieldLayout->setColumnStretch(8, 1);
 
     frDebitButton = frame(p, QStringLiteral("frDebitButton"));
@@ -157,20 +140,10 @@ void frmJournalVoucher::buildEntryPanel()
     FieldGrid(lineButtons).buttons(0, 0, {cmdNew, cmdModify, cmdDelete});
     outer->addWidget(frDebitButton);
 
-    auto *gridHead = new QHBoxLayout;
-    auto *gridCaption = new QLabel(QStringLiteral("VOUCHER TRANSACTION LIST"), p);
-    gridCaption->setObjectName(QStringLiteral("lblVoucherList"));
-    gridCaption->setStyleSheet(QStringLiteral("font-weight: bold;"));
-    auto *hint = new QLabel(QStringLiteral("SELECT AND DOUBLE CLICK TO MODIFY ANY ENTRY"), p);
-    hint->setObjectName(QStringLiteral("lblHint"));
-    hint->setStyleSheet(QStringLiteral("color: #017C6A;"));
-    gridHead->addWidget(gridCaption);
-    gridHead->addStretch(1);
-    gridHead->addWidget(hint);
-    outer->addLayout(gridHead);
-
+    outer->addLayout(gridHeading(p, QStringLiteral("VOUCHER TRANSACTION LIST"),
+                                 QStringLiteral("SELECT AND DOUBLE CLICK TO MODIFY ANY ENTRY")));
     dgVoucher = grid(p, QStringLiteral("dgVoucher"));
-    dgVoucher->horizontalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    proportionalColumns(dgVoucher, {0, 600, 1100, 600, 2613, 2400, 1200, 1200});
     amountColumns(dgVoucher, {6, 7});
     dgVoucher->setMinimumHeight(150);
     outer->addWidget(dgVoucher, 1);
@@ -186,15 +159,14 @@ void frmJournalVoucher::buildEntryPanel()
     for (QLineEdit *e : {txtPCashInHand, txtCCashInHand, txtTotalDebit, txtTotalCredit})
         e->setMaximumWidth(180);
     auto *figureLayout = new QGridLayout;
+    FieldGrid figures(figureLayout);
     figureLayout->addWidget(lblPCashInHand, 0, 0, Qt::AlignRight);
-    figureLayout->addWidget(txtPCashInHand, 0, 1);
+    figures.put(0, 0, QString(), txtPCashInHand);
     figureLayout->addWidget(lblCCashInHand, 0, 2, Qt::AlignRight);
-    figureLayout->addWidget(txtCCashInHand, 0, 3);
+    figures.put(0, 1, QString(), txtCCashInHand);
     figureLayout->setColumnStretch(4, 1);
-    figureLayout->addWidget(caption(QStringLiteral("DEBIT"), txtTotalDebit), 0, 5, Qt::AlignRight);
-    figureLayout->addWidget(txtTotalDebit, 0, 6);
-    figureLayout->addWidget(caption(QStringLiteral("CREDIT"), txtTotalCredit), 0, 7, Qt::AlignRight);
-    figureLayout->addWidget(txtTotalCredit, 0, 8);
+    figures.put(0, 3, QStringLiteral("DEBIT"), txtTotalDebit);
+    figures.put(0, 4, QStringLiteral("CREDIT"), txtTotalCredit);
     outer->addLayout(figureLayout);
 
     frSave = frame(p, QStringLiteral("frSave"), true);
@@ -256,28 +228,6 @@ void frmJournalVoucher::wireCommands()
             return; // an unknown name leaves the balance as it stands
         runSafely(this, [&] { txtBalance->setText(Ledger::balanceText(Ledger::accountBalance(db(), code))); });
     });
-    connect(cmbChequeDesc, &QComboBox::editTextChanged, this, [this](const QString &d) {
-        if (d.isEmpty())
-            return;
-        runSafely(this, [&] {
-            const auto no = VoucherLookups::openChequeNo(db(), d);
-            const QSignalBlocker b(cmbCHQVoucherNo);
-            cmbCHQVoucherNo->setEditText(no ? QString::number(*no) : QString());
-        });
-    });
-    connect(cmbCHQVoucherNo, &QComboBox::editTextChanged, this, [this](const QString &n) {
-        if (n.isEmpty())
-            return;
-        runSafely(this, [&] {
-            const auto d = VoucherLookups::openChequeDescription(db(), n.toLongLong());
-            const QSignalBlocker b(cmbChequeDesc);
-            cmbChequeDesc->setEditText(d.value_or(QString()));
-        });
-    });
-    connect(chkPostDatedCheque, &QCheckBox::toggled, this, [this](bool on) {
-        cmbChequeDesc->setEnabled(on);
-        cmbCHQVoucherNo->setEnabled(on);
-    });
     connect(dgVoucher, &QTableView::doubleClicked, this, [this](const QModelIndex &i) { loadLine(i.row()); });
     connect(dgVoucher, &QTableView::activated, this, [this](const QModelIndex &i) { loadLine(i.row()); });
 }
@@ -338,21 +288,8 @@ void frmJournalVoucher::loadLists()
         m_pick->setAccounts(VoucherLookups::accountList(db()));
         cmbPartyName->setEditText(keep);
         m_quiet = false;
-
-        QStringList descs, numbers;
-        for (const Row &r : VoucherLookups::openCheques(db())) {
-            descs << r.text(0);
-            numbers << r.text(1);
-        }
-        const QSignalBlocker a(cmbChequeDesc);
-        const QSignalBlocker b(cmbCHQVoucherNo);
-        const QString d = cmbChequeDesc->currentText();
-        const QString n = cmbCHQVoucherNo->currentText();
-        fillCombo(cmbChequeDesc, descs);
-        fillCombo(cmbCHQVoucherNo, numbers);
-        cmbChequeDesc->setEditText(d);
-        cmbCHQVoucherNo->setEditText(n);
     });
+    m_cheque->load();
 }
 
 void frmJournalVoucher::showEntryPanel(bool entry)
@@ -368,29 +305,8 @@ void frmJournalVoucher::showEntryPanel(bool entry)
 void frmJournalVoucher::rebindGrid()
 {
     runSafely(this, [&] {
-        auto *model = qobject_cast<QueryTableModel *>(dgVoucher->model());
-        model->setResult(VoucherLookups::gridRows(db()), kGridCaptions);
-        dgVoucher->setColumnHidden(0, true);
-        fitGridColumns();
+        qobject_cast<QueryTableModel *>(dgVoucher->model())->setResult(VoucherLookups::gridRows(db()), kGridCaptions);
     });
-}
-
-// The columns keep their proportions and fill the grid's width.
-void frmJournalVoucher::fitGridColumns()
-{
-    int total = 0;
-    for (int w : kGridTwips)
-        total += w;
-    const double perTwip =
-        qMax(dgVoucher->logicalDpiX() / 1440.0, (dgVoucher->viewport()->width() - 4) / double(total));
-    for (int c = 1; c < 8; ++c)
-        dgVoucher->setColumnWidth(c, int(kGridTwips[c] * perTwip));
-}
-
-void frmJournalVoucher::resizeEvent(QResizeEvent *event)
-{
-    BaseScreen::resizeEvent(event);
-    fitGridColumns();
 }
 
 void frmJournalVoucher::showTotals()
@@ -414,10 +330,13 @@ void frmJournalVoucher::showCashFigures()
     m_previousCash = fig.magnitude;
     m_previousCashSide = fig.side;
     txtPCashInHand->setText(fig.text());
-    const QString type = cmbVoucherType->currentText().trimmed();
-    const auto now = m_lines.all().isEmpty()
-        ? std::optional<Money>(m_previousCash)
-        : VoucherRules::currentCash(type, m_previousCash, VoucherRules::totals(m_lines.all()));
+    // The cash after this voucher; with no line typed, the cash as it stands.
+    if (m_lines.all().isEmpty()) {
+        txtCCashInHand->setText(fig.text());
+        return;
+    }
+    const auto now = VoucherRules::currentCash(cmbVoucherType->currentText().trimmed(), m_previousCash,
+                                               VoucherRules::totals(m_lines.all()));
     txtCCashInHand->setText(now ? VoucherRules::cashFigure(now).text() : QString());
 }
 
@@ -460,6 +379,15 @@ void frmJournalVoucher::dateLeft()
 {
     if (!ValidateDate(mskDate) || !CheckClosingDate(mskDate))
         return;
+    // A slip of the year's digits: asked once for each date so typed.
+    const QDate d = mskDate->date();
+    if (d > session().dateToday().addYears(1) && d != m_farDateTaken) {
+        if (!MessageService::askYesNo(this, VoucherMessages::farDate(d))) {
+            mskDate->setFocus(Qt::OtherFocusReason);
+            return;
+        }
+        m_farDateTaken = d;
+    }
     if (m_mode == Mode::New)
         proposeNumber();
 }
@@ -539,8 +467,7 @@ VoucherLine frmJournalVoucher::currentLine() const
     l.description = txtDesc->text().trimmed();
     const Money amount = Money::parseOrZero(txtAmount->text());
     (cmbDBCR->currentText() == QLatin1String("CR") ? l.credit : l.debit) = amount;
-    if (chkPostDatedCheque->isChecked())
-        l.cheque = ChequeLink{cmbCHQVoucherNo->currentText().trimmed().toLongLong(), cmbChequeDesc->currentText()};
+    l.cheque = m_cheque->link();
     return l;
 }
 
@@ -578,9 +505,7 @@ void frmJournalVoucher::changeLine()
 
 void frmJournalVoucher::removeLine()
 {
-    std::optional<ChequeLink> giveBack;
-    if (chkPostDatedCheque->isChecked())
-        giveBack = ChequeLink{cmbCHQVoucherNo->currentText().trimmed().toLongLong(), cmbChequeDesc->currentText()};
+    const std::optional<ChequeLink> giveBack = m_cheque->link();
     if (runSafely(this, [&] { m_lines.remove(db(), m_lineSrNo, [&](VoucherLine &l) { l.cheque = giveBack; }); }))
         afterLineCommand(kRemovedMessage);
 }

@@ -11,6 +11,7 @@
 #include <QStringList>
 
 class AccountPick;
+class ChequePick;
 class MaskedLineEdit;
 class QCheckBox;
 class QComboBox;
@@ -89,14 +90,12 @@ public:
 
 protected:
     void closeEvent(QCloseEvent *event) override;
-    void resizeEvent(QResizeEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
     void buildEntryPanel();
     void wireCommands();
     void loadLists();
-    void fitGridColumns();
 
     // Behaviours of the fields.
     void voucherTypeChanged();
@@ -132,12 +131,14 @@ private:
 
     Mode m_mode = Mode::New;
     AccountPick *m_pick = nullptr;
+    ChequePick *m_cheque = nullptr;
     StagedLines<VoucherLine> m_lines;
     qint64 m_lineSrNo = 0;
     Money m_previousCash;
     QString m_previousCashSide = QStringLiteral("DR");
     QString m_proposedNo; // the number the system last proposed
     bool m_quiet = false; // set while the screen fills its own fields
+    QDate m_farDateTaken; // a date far ahead the user has confirmed
 };
 
 // Prepares the screen for a new voucher (see frmJournalVoucher::startNew).

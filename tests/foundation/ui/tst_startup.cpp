@@ -450,7 +450,7 @@ void TestStartup::menuEntries_data()
                 {"mnuChartOfAccountByName", "NAME WISE"}}},
         {"mnuAccount", {{"mnuPTrialBalance", "PARTY BALANCES"}}},
         {"mnuPTrialBalance", {{"mnuPOpeningBalance", "OPENING BALANCE"}, {"mnuPModifyBalance", "MODIFY BALANCE"}}},
-        {"", {{"mnuPPrintParty", "VIEW / PRINT REPORTS"}}},
+        {"", {{"mnuPPrintParty", "&VIEW / PRINT REPORTS"}}},
         {"mnuPPrintParty", {{"mnuPrintVoucher", "PRINT VOUCHER"}, {"mnuCashAndBanks", "CASH AND BANKS"}}},
         {"mnuCashAndBanks", {{"mnuCashBookBetweenTwoDates", "CASH BOOK BETWEEN TWO DATES"},
                 {"mnuCashAndBankUptoDate", "UPTO DATE"}}},
@@ -466,10 +466,10 @@ void TestStartup::menuEntries_data()
         {"mnuComparisonReports", {{"mnuMonthlyExpenseReport", "MONTHLY EXPENSE REPORT"},
                 {"mnuMonthlyProfitAndLossReport", "MONTHLY PROFIT AND LOSS REPORT"}}},
         {"mnuPPrintParty", {{"mnuAgingReport", "AGING REPORT"}}},
-        {"", {{"mnuItemCoding", "ITEM CODING"}}},
+        {"", {{"mnuItemCoding", "ITE&M CODING"}}},
         {"mnuItemCoding", {{"mnuEnterItemCoding", "ENTER ITEM CODING"},
                 {"mnuModifyItemCoding", "MODIFY ITEM CODING"}, {"mnuViewItemCoding", "VIEW ITEM CODING"}}},
-        {"", {{"mnuPurchaseOrder", "PURCHASE ORDER"}}},
+        {"", {{"mnuPurchaseOrder", "&PURCHASE ORDER"}}},
         {"mnuPurchaseOrder", {{"mnuEnterPurchaseOrder", "ENTER PURCHASE ORDER"},
                 {"mnuModifyPurchaseOrder", "MODIFY PURCHASE ORDER"},
                 {"mnuDeletePurchaseOrder", "DELETE PURCHASE ORDER"}, {"mnuViewPurchaseOrder", "VIEW PURCHASE ORDER"},
@@ -513,7 +513,7 @@ void TestStartup::menuEntries_data()
         {"mnuUtilities", {{"mnuUBackUp", "BACK UP"}, {"mnuUNewUser", "CREATE NEW USER"},
                 {"mnuUChangePassword", "CHANGE PASSWORD"}, {"mnuUUpdateUser", "UPDATE USER"},
                 {"mnuUClosingDate", "CLOSING DATE"}, {"mnuEndYearProcessing", "END YEAR PROCESSING"}}},
-        {"", {{"mnuAbout", "&ABOUT"}}},
+        {"", {{"mnuAbout", "A&BOUT"}}},
         {"mnuAbout", {{"mnuATessel", "TESSEL"}}},
     };
     for (const auto &[parent, entries] : tree)
@@ -540,9 +540,14 @@ void TestStartup::menuEntries()
         QVERIFY(menu);
         QVERIFY(menu->actions().contains(a));
     }
-    // A top menu opens with Alt and the letter its caption marks.
-    if (parent.isEmpty() && caption.contains(QLatin1Char('&')))
-        QVERIFY(!QKeySequence::mnemonic(caption).isEmpty());
+    // A top menu opens with Alt and a letter its caption marks, its own.
+    if (parent.isEmpty()) {
+        const QKeySequence mine = QKeySequence::mnemonic(caption);
+        QVERIFY2(!mine.isEmpty(), qPrintable(caption));
+        for (QAction *other : main->menuBar()->actions())
+            if (other != a)
+                QVERIFY2(QKeySequence::mnemonic(other->text()) != mine, qPrintable(other->text()));
+    }
 }
 
 QTEST_MAIN(TestStartup)

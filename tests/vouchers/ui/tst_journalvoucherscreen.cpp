@@ -8,6 +8,7 @@
 #include "support/TestDb.h"
 #include "support/ui/MessageRecorder.h"
 #include "support/ui/ScreenKit.h"
+#include "support/ui/ScreenTest.h"
 #include "vouchers/VoucherPosting.h"
 #include "vouchers/VoucherStaging.h"
 #include "vouchers/ui/frmJournalVoucher.h"
@@ -22,30 +23,19 @@
 #include <QMdiArea>
 #include <QPushButton>
 #include <QTableView>
+#include <QStyledItemDelegate>
 #include <QtTest>
 
 namespace {
 
-class Host : public QMainWindow, public MdiHost
+class Host : public MenuHost
 {
 public:
-    Host()
-    {
-        area = new QMdiArea(this);
-        setCentralWidget(area);
-        resize(1280, 820);
-        router.on(QStringLiteral("unused"), [](MdiHost &) {});
-        registerVouchersMenu(router);
-    }
-    QMdiArea *mdiArea() const override { return area; }
-    QMainWindow *mainWindow() override { return this; }
+    Host() { registerVouchersMenu(router); }
     frmJournalVoucher *open(const QString &entry)
     {
-        router.trigger(entry, *this);
-        return qobject_cast<frmJournalVoucher *>(findScreen(QStringLiteral("frmJournalVoucher")));
+        return MenuHost::open<frmJournalVoucher>(entry, QStringLiteral("frmJournalVoucher"));
     }
-    QMdiArea *area;
-    MenuRouter router;
 };
 
 void addAccounts(SessionConnection &db)
@@ -92,6 +82,9 @@ private Q_SLOTS:
     void chequeSettledBySave();
     void modifyVoucherFromQuestionPanel_data() { TestDb::addBackends(); }
     void modifyVoucherFromQuestionPanel();
+    void figuresFollowTheLedger();
+    void titleEscapeAndFocus();
+    void farDateAskedOnce();
 
 private:
     std::unique_ptr<TestDb::Year> m_year;
@@ -485,6 +478,133 @@ void TestJournalVoucherScreen::modifyVoucherFromQuestionPanel()
     f->cmdDeleteVoucher->click();
     QVERIFY(rec.texts().contains(QStringLiteral("Voucher has deleted successfully")));
     QCOMPARE(session().db().scalar(QStringLiteral("SELECT COUNT(*) FROM tblPartyBalance")).toInt(), 0);
+}
+
+// After a save the account's balance and the cash are the ledger's as it
+// now stands, formatted with separators and their side; a voucher loaded
+// for a change brings no account or description of the last one along.
+void TestJournalVoucherScreen::figuresFollowTheLedger()
+{
+    startYear(QStringLiteral("sqlite"));
+    MessageRecorder rec;
+    frmJournalVoucher *f = m_host->open(QStringLiteral("mnuPCashPaidVoucher"));
+    typeLine(f, QStringLiteral("ELECTRICITY"), QStringLiteral("1055824.5"), QStringLiteral("ANNUAL BILL"));
+    QCOMPARE(f->txtBalance->text(), QString());
+    f->cmdNew->click();
+    QCOMPARE(f->txtTotalDebit->text(), QStringLiteral("1,055,824.50"));
+    QCOMPARE(f->txtCCashInHand->text(), QStringLiteral("1,055,824.50 CR"));
+    QCOMPARE(f->txtBalance->text(), QString()); // nothing posted yet
+    f->cmdModifyVoucher->click();
+    QCOMPARE(rec.last().text, QStringLiteral("Voucher has saved successfully"));
+    QCOMPARE(f->cmbPartyName->currentText(), QStringLiteral("ELECTRICITY"));
+    QCOMPARE(f->txtBalance->text(), QStringLiteral("1,055,824.50 DR"));
+    QCOMPARE(f->txtPCashInHand->text(), QStringLiteral("1,055,824.50 CR"));
+    QCOMPARE(f->txtCCashInHand->text(), QStringLiteral("1,055,824.50 CR"));
+    auto *model = f->dgVoucher->model();
+    QCOMPARE(model->rowCount(), 0);
+
+    f = m_host->open(QStringLiteral("mnuPModifyJournalVoucher"));
+    f->cmbModifyVoucherType->setCurrentText(QStringLiteral("CP"));
+    f->txtShowVoucherNo->setText(QStringLiteral("1"));
+    f->mskDateModifyVoucher->setDate(QDate(2026, 3, 10));
+    f->cmdVoucherNoOkay->click();
+    QVERIFY(f->frOuterVoucher->isVisible());
+    QCOMPARE(f->cmbPartyName->currentText(), QString());
+    QCOMPARE(f->txtDesc->text(), QString());
+    QCOMPARE(f->txtPCashInHand->text(), QStringLiteral("0.00 DR")); // the cash before the voucher's day
+    QCOMPARE(model->rowCount(), 1);
+    QCOMPARE(model->index(0, 6).data().toString(), QStringLiteral("1055824.50"));
+    auto *amounts = qobject_cast<QStyledItemDelegate *>(f->dgVoucher->itemDelegateForColumn(6));
+    QVERIFY(amounts);
+    QCOMPARE(amounts->displayText(model->index(0, 6).data(), QLocale()), QStringLiteral("1,055,824.50"));
+}
+
+// The window is named by its voucher type; Tab leaves the list; a refused
+// save puts the focus on the field at fault; Escape closes the screen,
+// asking first when lines are typed.
+void TestJournalVoucherScreen::titleEscapeAndFocus()
+{
+    startYear(QStringLiteral("sqlite"));
+    MessageRecorder rec;
+    QApplication::setActiveWindow(m_host.get());
+    QVERIFY(QTest::qWaitForWindowActive(m_host.get()));
+    frmJournalVoucher *f = m_host->open(QStringLiteral("mnuPCashPaidVoucher"));
+    QCOMPARE(f->windowTitle(), QStringLiteral("CASH PAID VOUCHER"));
+    f = m_host->open(QStringLiteral("mnuBankReceivedVoucher"));
+    QCOMPARE(f->windowTitle(), QStringLiteral("BANK RECEIVED VOUCHER"));
+    f->cmbVoucherType->setCurrentText(QStringLiteral("JV"));
+    QCOMPARE(f->windowTitle(), QStringLiteral("JOURNAL VOUCHER"));
+
+    VoucherLine a, b;
+    a.partyCode = QStringLiteral("21-10-001");
+    a.debit = Money::fromUnits(10);
+    b.partyCode = QStringLiteral("14-10-001");
+    b.credit = Money::fromUnits(10);
+    QVERIFY(VoucherPosting(session().db(), QStringLiteral("CLERK"), QDate(2026, 3, 10))
+                .post({{QStringLiteral("JV"), 5, QDate(2026, 3, 9)}, {a, b}}, NumberPolicy::Typed)
+                .ok);
+    f->cmbDBCR->setCurrentText(QStringLiteral("DR"));
+    typeLine(f, QStringLiteral("PAPER HOUSE"), QStringLiteral("100"));
+    f->cmdNew->click();
+    f->cmbDBCR->setCurrentText(QStringLiteral("CR"));
+    typeLine(f, QStringLiteral("CITY BANK"), QStringLiteral("100"));
+    f->cmdNew->click();
+    f->txtVoucherNo->setText(QStringLiteral("5")); // typed, and taken
+    f->txtAmount->setFocus();
+    f->cmdModifyVoucher->click();
+    QCOMPARE(rec.last().text, VoucherMessages::kDuplicate);
+    QTRY_VERIFY(f->txtVoucherNo->hasFocus());
+
+    f->dgVoucher->setFocus();
+    QTest::keyClick(f->dgVoucher, Qt::Key_Tab);
+    QVERIFY(!f->dgVoucher->hasFocus()); // on to the save button, not to the next cell
+
+    rec.answerNext(false);
+    QTest::keyClick(f->txtDesc, Qt::Key_Escape);
+    QCOMPARE(rec.last().text, QStringLiteral("Are you sure you want to close this voucher"));
+    QVERIFY(m_host->findScreen(QStringLiteral("frmJournalVoucher")));
+    rec.answerNext(true);
+    QTest::keyClick(f->txtDesc, Qt::Key_Escape);
+    QApplication::processEvents();
+    QVERIFY(!m_host->findScreen(QStringLiteral("frmJournalVoucher")));
+
+    // nothing typed: Ctrl+F4 closes without a question
+    f = m_host->open(QStringLiteral("mnuPJournalVoucher"));
+    const int before = rec.count();
+    QTest::keyClick(f->txtDesc, Qt::Key_F4, Qt::ControlModifier);
+    QApplication::processEvents();
+    QVERIFY(!m_host->findScreen(QStringLiteral("frmJournalVoucher")));
+    QCOMPARE(rec.count(), before);
+}
+
+// A date more than a year after the working day is asked about once.
+void TestJournalVoucherScreen::farDateAskedOnce()
+{
+    startYear(QStringLiteral("sqlite"));
+    MessageRecorder rec;
+    QApplication::setActiveWindow(m_host.get());
+    QVERIFY(QTest::qWaitForWindowActive(m_host.get()));
+    frmJournalVoucher *f = m_host->open(QStringLiteral("mnuPJournalVoucher"));
+    QTRY_VERIFY(f->mskDate->hasFocus());
+    f->mskDate->setDate(QDate(2072, 3, 10));
+    rec.answerNext(false);
+    QTest::keyClick(f->mskDate, Qt::Key_Return);
+    QTRY_COMPARE(rec.count(), 1);
+    QCOMPARE(rec.last().text, QStringLiteral("The date 10/03/2072 is more than a year after today, do you want to keep it?"));
+    QTRY_VERIFY(f->mskDate->hasFocus());
+    rec.answerNext(true);
+    QTest::keyClick(f->mskDate, Qt::Key_Return);
+    QTRY_COMPARE(rec.count(), 2);
+    QTRY_VERIFY(!f->mskDate->hasFocus());
+    f->mskDate->setFocus();
+    QTest::keyClick(f->mskDate, Qt::Key_Return);
+    QApplication::processEvents();
+    QCOMPARE(rec.count(), 2); // the same date is not asked again
+    f->mskDate->setDate(QDate(2027, 3, 10));
+    f->mskDate->setFocus();
+    QTest::keyClick(f->mskDate, Qt::Key_Return);
+    QApplication::processEvents();
+    QCOMPARE(rec.count(), 2); // a year ahead is no slip
 }
 
 QTEST_MAIN(TestJournalVoucherScreen)

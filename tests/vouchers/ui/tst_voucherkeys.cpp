@@ -9,6 +9,7 @@
 #include "support/TestDb.h"
 #include "support/ui/MessageRecorder.h"
 #include "support/ui/ScreenKit.h"
+#include "support/ui/ScreenTest.h"
 #include "vouchers/ui/frmJournalVoucher.h"
 
 #include <QApplication>
@@ -74,22 +75,6 @@ private:
     QStringList m_log;
 };
 
-class Host : public QMainWindow, public MdiHost
-{
-public:
-    Host()
-    {
-        area = new QMdiArea(this);
-        setCentralWidget(area);
-        resize(1280, 820);
-        registerVouchersMenu(router);
-    }
-    QMdiArea *mdiArea() const override { return area; }
-    QMainWindow *mainWindow() override { return this; }
-    QMdiArea *area;
-    MenuRouter router;
-};
-
 QueryResult ledger()
 {
     return session().db().select(QStringLiteral(
@@ -103,27 +88,22 @@ class TestVoucherKeys : public QObject
     Q_OBJECT
 private Q_SLOTS:
     void threeLineCashPaymentAndJournal();
-    void cleanup() { session().connection.reset(); }
 };
 
 void TestVoucherKeys::threeLineCashPaymentAndJournal()
 {
-    session().currentUserName = QStringLiteral("CLERK");
-    session().today = QDate(2026, 3, 10);
-    static TestDb::Year year(QStringLiteral("sqlite"));
-    session().connection = year.connect();
-    for (const auto &a : QList<QPair<QString, QString>>{{"21-10-001", "ELECTRICITY"},
-                                                        {"21-10-002", "TEA AND REFRESHMENT"},
-                                                        {"21-10-003", "POSTAGE AND COURIER"},
-                                                        {"14-10-001", "PAPER HOUSE"},
-                                                        {"19-20-001", "CITY BANK"}})
-        session().db().execute(QStringLiteral("INSERT INTO tblPartyInfo (PartyCode, PartyName) VALUES (?, ?)"),
-                               {a.first, a.second});
-    Host host;
+    ScreenTest t(QStringLiteral("sqlite"));
+    t.addAccounts({{"21-10-001", "ELECTRICITY"},
+                   {"21-10-002", "TEA AND REFRESHMENT"},
+                   {"21-10-003", "POSTAGE AND COURIER"},
+                   {"14-10-001", "PAPER HOUSE"},
+                   {"19-20-001", "CITY BANK"}});
+    MenuHost host;
+    registerVouchersMenu(host.router);
     host.show();
     QApplication::setActiveWindow(&host);
     QVERIFY(QTest::qWaitForWindowActive(&host));
-    MessageRecorder rec;
+    MessageRecorder &rec = t.rec;
     Keyboard keys(rec, &host);
 
     // CASH PAID VOUCHER: the date, type and number are proposed; three lines.
