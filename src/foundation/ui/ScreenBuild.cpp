@@ -95,6 +95,31 @@ void proportionalColumns(QTableView *grid, const QVector<int> &twips)
     fitter->fit();
 }
 
+QFrame *buttonBar(QWidget *parent, const QString &name, std::initializer_list<QPushButton *> buttons, bool boxed)
+{
+    QFrame *f = frame(parent, name, boxed);
+    auto *g = new QGridLayout(f);
+    if (boxed)
+        g->setContentsMargins(10, 6, 10, 6);
+    else
+        g->setContentsMargins(0, 0, 0, 0);
+    for (QPushButton *b : buttons)
+        b->setParent(f);
+    FieldGrid(g).buttons(0, 0, buttons);
+    return f;
+}
+
+void typingOrder(const QList<QWidget *> &chain, QWidget *enterUntil, const QList<QWidget *> &own)
+{
+    const int last = enterUntil ? chain.indexOf(enterUntil) : chain.size();
+    for (int i = 0; i < chain.size(); ++i) {
+        if (i < last && !own.contains(chain[i]))
+            EnterToTab::attach(chain[i]);
+        if (i > 0)
+            QWidget::setTabOrder(chain[i - 1], chain[i]);
+    }
+}
+
 QHBoxLayout *gridHeading(QWidget *parent, const QString &caption, const QString &hint)
 {
     auto *row = new QHBoxLayout;
@@ -227,6 +252,7 @@ void FieldGrid::put(int row, int column, const QString &label, QWidget *field, i
 QHBoxLayout *FieldGrid::buttons(int row, int column, std::initializer_list<QPushButton *> buttons, int span)
 {
     auto *h = new QHBoxLayout;
+    h->setSpacing(8);
     h->addStretch(1);
     for (QPushButton *b : buttons)
         h->addWidget(b);

@@ -51,6 +51,12 @@ void amountColumns(QTableView *grid, std::initializer_list<int> columns);
 // Keeps the columns at these widths (in twips, 0 hides a column) scaled
 // to fill the grid's width, whenever the grid is resized or refilled.
 void proportionalColumns(QTableView *grid, const QVector<int> &twips);
+// A row of buttons in a frame of its own (boxed or not), centred.
+QFrame *buttonBar(QWidget *parent, const QString &name, std::initializer_list<QPushButton *> buttons, bool boxed = false);
+// The order a clerk types in: Tab and Enter follow `chain`; Enter moves on
+// from every field before `enterUntil` (the buttons take their own Enter).
+// Fields that attach their own Enter (an AccountPick's) are listed in `own`.
+void typingOrder(const QList<QWidget *> &chain, QWidget *enterUntil, const QList<QWidget *> &own = {});
 // The caption of a list, with a hint at its right.
 QHBoxLayout *gridHeading(QWidget *parent, const QString &caption, const QString &hint);
 

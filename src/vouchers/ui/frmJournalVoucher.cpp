@@ -22,8 +22,6 @@
 #include <QComboBox>
 #include <QFocusEvent>
 #include <QGridLayout>
-#include <QHBoxLayout>
-#include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -128,16 +126,10 @@ void frmJournalVoucher::buildEntryPanel()
     fields.putFixed(4, 2, QStringLiteral("VOUCHER #:"), cmbCHQVoucherNo, 100);
     fieldLayout->setColumnStretch(8, 1);
 
-    frDebitButton = frame(p, QStringLiteral("frDebitButton"));
-    cmdNew = button(frDebitButton, QStringLiteral("cmdNew"), QStringLiteral("&NEW"));
-    cmdModify = button(frDebitButton, QStringLiteral("cmdModify"), QStringLiteral("&MODIFY"));
-    cmdDelete = button(frDebitButton, QStringLiteral("cmdDelete"), QStringLiteral("&DELETE"));
-    cmdNew->setToolTip(QStringLiteral("Add the line to the voucher"));
-    cmdModify->setToolTip(QStringLiteral("Change the line loaded from the list"));
-    cmdDelete->setToolTip(QStringLiteral("Remove the line loaded from the list"));
-    auto *lineButtons = new QGridLayout(frDebitButton);
-    lineButtons->setContentsMargins(0, 0, 0, 0);
-    FieldGrid(lineButtons).buttons(0, 0, {cmdNew, cmdModify, cmdDelete});
+    cmdNew = button(p, QStringLiteral("cmdNew"), QStringLiteral("&NEW"));
+    cmdModify = button(p, QStringLiteral("cmdModify"), QStringLiteral("&MODIFY"));
+    cmdDelete = button(p, QStringLiteral("cmdDelete"), QStringLiteral("&DELETE"));
+    frDebitButton = buttonBar(p, QStringLiteral("frDebitButton"), {cmdNew, cmdModify, cmdDelete});
     outer->addWidget(frDebitButton);
 
     outer->addLayout(gridHeading(p, QStringLiteral("VOUCHER TRANSACTION LIST"),
@@ -169,29 +161,19 @@ void frmJournalVoucher::buildEntryPanel()
     figures.put(0, 4, QStringLiteral("CREDIT"), txtTotalCredit);
     outer->addLayout(figureLayout);
 
-    frSave = frame(p, QStringLiteral("frSave"), true);
-    cmdModifyVoucher = button(frSave, QStringLiteral("cmdModifyVoucher"), QStringLiteral("&SAVE"));
-    cmdDeleteVoucher = button(frSave, QStringLiteral("cmdDeleteVoucher"), QStringLiteral("DELETE &VOUCHER"));
-    cmdAddParty = button(frSave, QStringLiteral("cmdAddParty"), QStringLiteral("ADD &PARTY"));
-    cmdModifyVoucher->setToolTip(QStringLiteral("Save the voucher (Alt+S)"));
-    auto *saveButtons = new QGridLayout(frSave);
-    saveButtons->setContentsMargins(10, 6, 10, 6);
-    FieldGrid(saveButtons).buttons(0, 0, {cmdModifyVoucher, cmdDeleteVoucher, cmdAddParty});
+    cmdModifyVoucher = button(p, QStringLiteral("cmdModifyVoucher"), QStringLiteral("&SAVE"));
+    cmdDeleteVoucher = button(p, QStringLiteral("cmdDeleteVoucher"), QStringLiteral("DELETE &VOUCHER"));
+    cmdAddParty = button(p, QStringLiteral("cmdAddParty"), QStringLiteral("ADD &PARTY"));
+    frSave = buttonBar(p, QStringLiteral("frSave"), {cmdModifyVoucher, cmdDeleteVoucher, cmdAddParty}, true);
     outer->addWidget(frSave);
 
     m_pick = new AccountPick(cmbPartyName, txtPartyCode, nullptr, this);
 
     // Enter moves on, in the order a clerk types a line.
-    const QList<QWidget *> chain = {mskDate,   cmbVoucherType, txtVoucherNo, txtInvoiceNo,       cmbPartyName,
-                                    txtDesc,   txtAmount,      cmbDBCR,      chkPostDatedCheque, cmbChequeDesc,
-                                    cmbCHQVoucherNo, cmdNew,   cmdModify,    cmdDelete,          dgVoucher,
-                                    cmdModifyVoucher, cmdDeleteVoucher, cmdAddParty};
-    for (int i = 0; i < chain.size(); ++i) {
-        if (i < chain.indexOf(cmdNew) && chain[i] != cmbPartyName)
-            EnterToTab::attach(chain[i]);
-        if (i > 0)
-            setTabOrder(chain[i - 1], chain[i]);
-    }
+    typingOrder({mskDate, cmbVoucherType, txtVoucherNo, txtInvoiceNo, cmbPartyName, txtDesc, txtAmount, cmbDBCR,
+                 chkPostDatedCheque, cmbChequeDesc, cmbCHQVoucherNo, cmdNew, cmdModify, cmdDelete, dgVoucher,
+                 cmdModifyVoucher, cmdDeleteVoucher, cmdAddParty},
+                cmdNew, {cmbPartyName});
     mskDate->installEventFilter(this);
     cmbDBCR->installEventFilter(this);
 }
@@ -201,14 +183,13 @@ void frmJournalVoucher::wireCommands()
     using VoucherRules::LineCommand;
     // The line buttons check as they are entered only when an amount is
     // typed: passing over them on the way elsewhere says nothing.
-    auto *gateNew = new CommandGate(cmdNew, [this] { return lineAllowed(LineCommand::Add); }, [this] { addLine(); });
-    gateNew->checkOnFocusWhen([this] { return !txtAmount->text().isEmpty(); });
-    auto *gateModify = new CommandGate(cmdModify, [this] { return lineAllowed(LineCommand::Change); },
-                                       [this] { changeLine(); });
-    gateModify->checkOnFocusWhen([this] { return !txtAmount->text().isEmpty(); });
-    auto *gateDelete = new CommandGate(cmdDelete, [this] { return lineAllowed(LineCommand::Remove); },
-                                       [this] { removeLine(); });
-    gateDelete->checkOnFocusWhen([this] { return !txtAmount->text().isEmpty(); });
+    auto lineGate = [this](QPushButton *b, LineCommand c, void (frmJournalVoucher::*work)()) {
+        auto *gate = new CommandGate(b, [this, c] { return lineAllowed(c); }, [this, work] { (this->*work)(); });
+        gate->checkOnFocusWhen([this] { return !txtAmount->text().isEmpty(); });
+    };
+    lineGate(cmdNew, LineCommand::Add, &frmJournalVoucher::addLine);
+    lineGate(cmdModify, LineCommand::Change, &frmJournalVoucher::changeLine);
+    lineGate(cmdDelete, LineCommand::Remove, &frmJournalVoucher::removeLine);
     new CommandGate(cmdModifyVoucher, [this] { return saveAllowed(); }, [this] { saveVoucher(); });
     new CommandGate(cmdVoucherNoOkay, [this] { return ValidateDate(mskDateModifyVoucher); },
                     [this] { loadVoucher(); });
