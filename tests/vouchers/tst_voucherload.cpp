@@ -119,7 +119,7 @@ void TestVoucherLoad::workstationsAtOnce()
         QCOMPARE(g.moneyOrZero("Net"), Money());
     }
     // numbers run 1..n without gaps per type
-    for (const QString type : {QStringLiteral("CP"), QStringLiteral("JV")})
+    for (const QString &type : {QStringLiteral("CP"), QStringLiteral("JV")})
         QCOMPARE(db->scalar(QStringLiteral("SELECT MAX(VoucherNo) FROM tblPartyBalance WHERE VoucherType = ?"), {type})
                      .toLongLong(),
                  qint64(total / 2));
