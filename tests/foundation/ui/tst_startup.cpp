@@ -39,6 +39,7 @@ private Q_SLOTS:
     void aboutAndEmptyEntry();
     void menuEntries_data();
     void menuEntries();
+    void sidePanelByKeyboard();
 };
 
 using ScreenKit::shoot;
@@ -548,6 +549,24 @@ void TestStartup::menuEntries()
             if (other != a)
                 QVERIFY2(QKeySequence::mnemonic(other->text()) != mine, qPrintable(other->text()));
     }
+}
+
+// F6 enters the side panel; the arrows move along it, its focus shows.
+void TestStartup::sidePanelByKeyboard()
+{
+    frmMDITessel main;
+    main.show();
+    QApplication::setActiveWindow(&main);
+    QVERIFY(QTest::qWaitForWindowActive(&main));
+    QTest::keyClick(&main, Qt::Key_F6);
+    QWidget *first = main.findChild<QWidget *>(QStringLiteral("lblAccounts"));
+    QVERIFY(first);
+    QTRY_COMPARE(QApplication::focusWidget(), first);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Down);
+    QVERIFY(QApplication::focusWidget() != first);
+    QVERIFY(qobject_cast<PanelLabel *>(QApplication::focusWidget()));
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Up);
+    QCOMPARE(QApplication::focusWidget(), first);
 }
 
 QTEST_MAIN(TestStartup)
