@@ -226,6 +226,21 @@ bool AccountPick::eventFilter(QObject *watched, QEvent *event)
     const bool onName = watched == m_name || (m_name && watched == m_name->lineEdit());
     // Compared by the pointer kept when the list was watched: asking the
     // combo for its completer here could reach a combo being destroyed.
+    // The completion list closing when the text stops matching leaves the
+    // text selected, and the next key would wipe it: that key types on at
+    // the end instead.
+    if (event->type() == QEvent::Hide && m_popup && watched == m_popup.data())
+        m_keepTyped = true;
+    if (onName && event->type() == QEvent::FocusIn)
+        m_keepTyped = false;
+    if (onName && event->type() == QEvent::KeyPress && m_keepTyped && m_name->lineEdit()) {
+        m_keepTyped = false;
+        QLineEdit *edit = m_name->lineEdit();
+        const auto *key = static_cast<QKeyEvent *>(event);
+        if (!key->text().isEmpty() && key->text().at(0).isPrint() && edit->hasSelectedText()
+            && edit->selectedText() == edit->text())
+            edit->setCursorPosition(edit->text().size());
+    }
     if (event->type() == QEvent::KeyPress && m_popup && watched == m_popup.data()) {
         auto *key = static_cast<QKeyEvent *>(event);
         if (key->key() == Qt::Key_Escape && key->modifiers() == Qt::NoModifier) {

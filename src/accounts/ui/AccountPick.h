@@ -94,4 +94,5 @@ private:
     QString m_lastName;
     QString m_shownCode;
     bool m_announced = false;
+    bool m_keepTyped = false; // the list just closed on text that matches nothing
 };

@@ -85,6 +85,7 @@ private Q_SLOTS:
     void figuresFollowTheLedger();
     void titleEscapeAndFocus();
     void farDateAskedOnce();
+    void accountTypedByWords();
 
 private:
     std::unique_ptr<TestDb::Year> m_year;
@@ -605,6 +606,29 @@ void TestJournalVoucherScreen::farDateAskedOnce()
     QTest::keyClick(f->mskDate, Qt::Key_Return);
     QApplication::processEvents();
     QCOMPARE(rec.count(), 2); // a year ahead is no slip
+}
+
+// Text that matches no account stays as typed, and Escape searches by
+// its words.
+void TestJournalVoucherScreen::accountTypedByWords()
+{
+    startYear(QStringLiteral("sqlite"));
+    MessageRecorder rec;
+    QApplication::setActiveWindow(m_host.get());
+    QVERIFY(QTest::qWaitForWindowActive(m_host.get()));
+    frmJournalVoucher *f = m_host->open(QStringLiteral("mnuPJournalVoucher"));
+    f->cmbPartyName->setFocus();
+    QTest::keyClicks(f->cmbPartyName, QStringLiteral("HOUSE PAP"));
+    QCOMPARE(f->cmbPartyName->currentText(), QStringLiteral("HOUSE PAP"));
+    QTest::keyClick(f->cmbPartyName, Qt::Key_Escape);
+    auto *grid = f->window()->findChild<QTableView *>(QStringLiteral("dgSearch"));
+    QVERIFY(grid);
+    QTRY_VERIFY(grid->isVisible());
+    QCOMPARE(grid->model()->rowCount(), 1);
+    QTest::keyClick(grid, Qt::Key_Return);
+    QCOMPARE(f->cmbPartyName->currentText(), QStringLiteral("PAPER HOUSE"));
+    QCOMPARE(f->txtPartyCode->text(), QStringLiteral("14-10-001"));
+    QVERIFY(rec.isEmpty());
 }
 
 QTEST_MAIN(TestJournalVoucherScreen)
