@@ -23,6 +23,7 @@
 #include <QMdiArea>
 #include <QPushButton>
 #include <QTableView>
+#include <QStatusBar>
 #include <QStyledItemDelegate>
 #include <QtTest>
 
@@ -86,6 +87,7 @@ private Q_SLOTS:
     void titleEscapeAndFocus();
     void farDateAskedOnce();
     void accountTypedByWords();
+    void lineConfirmationsInStatusBar();
 
 private:
     std::unique_ptr<TestDb::Year> m_year;
@@ -629,6 +631,24 @@ void TestJournalVoucherScreen::accountTypedByWords()
     QCOMPARE(f->cmbPartyName->currentText(), QStringLiteral("PAPER HOUSE"));
     QCOMPARE(f->txtPartyCode->text(), QStringLiteral("14-10-001"));
     QVERIFY(rec.isEmpty());
+}
+
+// A user who prefers it sees line confirmations in the status bar; a
+// refusal is still a box.
+void TestJournalVoucherScreen::lineConfirmationsInStatusBar()
+{
+    startYear(QStringLiteral("sqlite"));
+    MessageRecorder rec;
+    session().lineConfirmationsInStatusBar = true;
+    frmJournalVoucher *f = m_host->open(QStringLiteral("mnuPCashPaidVoucher"));
+    typeLine(f, QStringLiteral("ELECTRICITY"), QStringLiteral("10"));
+    f->cmdNew->click();
+    const QString shown = m_host->statusBar()->currentMessage();
+    typeLine(f, QStringLiteral("ELECTRICITY"), QString());
+    f->cmdNew->click();
+    session().lineConfirmationsInStatusBar = false;
+    QCOMPARE(shown, QStringLiteral("Party has Debited/Credited successfully"));
+    QCOMPARE(rec.texts(), QStringList{QStringLiteral("Amount is missing, please enter amount")});
 }
 
 QTEST_MAIN(TestJournalVoucherScreen)
