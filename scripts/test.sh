@@ -5,8 +5,14 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 root="$(pwd)"
 bash scripts/deps.sh
-bash scripts/build.sh
 build="${TESSEL_BUILD_DIR:-build}"
+# Warnings fail the run here, though a developer's own build only shows them.
+if [ -f "$build/CMakeCache.txt" ]; then
+  cmake -S . -B "$build" -DTESSEL_WERROR=ON >/dev/null
+else
+  cmake -S . -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DTESSEL_WERROR=ON >/dev/null
+fi
+bash scripts/build.sh
 
 pgdir=$(mktemp -d /tmp/tessel-pg-XXXXXX)
 trap 'bash "$root/scripts/pg-test-server.sh" stop "$pgdir"' EXIT

@@ -1,6 +1,10 @@
 #include "accounts/AccountRules.h"
+
+#include "foundation/CodeMask.h"
 #include "foundation/Lookups.h"
 #include "foundation/SessionConnection.h"
+
+#include <algorithm>
 #include "vouchers/LedgerWriter.h"
 
 namespace Accounts {
@@ -29,8 +33,8 @@ Cleaned cleaned(const NewAccount &a)
 Outcome duplicateRefusal(SessionConnection &db, const NewAccount &a)
 {
     if (db.selectOne(QStringLiteral("SELECT PartyCode FROM tblPartyInfo WHERE PartyCode = ?"), {a.code}))
-        return Outcome::refusal(Msg::codeExists(), Outcome::Field::Code);
-    return Outcome::refusal(Msg::nameExists(), Outcome::Field::Name);
+        return Outcome::refusal(Msg::codeExists(), QStringLiteral("mskPartyCode"));
+    return Outcome::refusal(Msg::nameExists(), QStringLiteral("txtPartyName"));
 }
 
 } // namespace
@@ -39,27 +43,27 @@ Outcome checkNewAccount(SessionConnection &db, const NewAccount &account)
 {
     const Cleaned c = cleaned(account);
     if (!CodeMask::isComplete(account.code))
-        return Outcome::refusal(Msg::codeMissing(), Outcome::Field::Code);
+        return Outcome::refusal(Msg::codeMissing(), QStringLiteral("mskPartyCode"));
     if (c.name.isEmpty())
-        return Outcome::refusal(Msg::nameMissing(), Outcome::Field::Name);
+        return Outcome::refusal(Msg::nameMissing(), QStringLiteral("txtPartyName"));
     if (!account.balance)
-        return Outcome::refusal(Msg::balanceMissing(), Outcome::Field::Balance);
+        return Outcome::refusal(Msg::balanceMissing(), QStringLiteral("txtBalance"));
 
     // The code is looked at before the name.
     if (db.selectOne(QStringLiteral("SELECT PartyCode FROM tblPartyInfo WHERE PartyCode = ?"), {account.code}))
-        return Outcome::refusal(Msg::codeExists(), Outcome::Field::Code);
+        return Outcome::refusal(Msg::codeExists(), QStringLiteral("mskPartyCode"));
     if (db.selectOne(QStringLiteral("SELECT PartyName FROM tblPartyInfo WHERE PartyName = ?"), {c.name}))
-        return Outcome::refusal(Msg::nameExists(), Outcome::Field::Name);
+        return Outcome::refusal(Msg::nameExists(), QStringLiteral("txtPartyName"));
 
     const auto closing = Lookups::closingDate(db);
     if (!closing)
-        return Outcome::refusal(Msg::closingDateMissing(), Outcome::Field::None);
+        return Outcome::refusal(Msg::closingDateMissing());
     if (!account.date.isValid())
-        return Outcome::refusal(Msg::dateMissing(), Outcome::Field::Date);
+        return Outcome::refusal(Msg::dateMissing(), QStringLiteral("mskDate"));
     // An opening balance belongs on the day the books closed, so the
     // closing date itself is open here.
     if (account.date < *closing)
-        return Outcome::refusal(Msg::dateClosed(), Outcome::Field::Date);
+        return Outcome::refusal(Msg::dateClosed(), QStringLiteral("mskDate"));
     return Outcome::passed();
 }
 
@@ -113,11 +117,42 @@ QString lastCodeUnder(SessionConnection &db, const QString &maskText)
     return v.isNull() ? QString() : v.toString().trimmed();
 }
 
+bool nearlySame(const QString &a, const QString &b)
+{
+    const QString x = a.simplified().toUpper();
+    const QString y = b.simplified().toUpper();
+    if (x.isEmpty() || y.isEmpty())
+        return false;
+    // The same words in another order.
+    QStringList wx = x.split(QLatin1Char(' ')), wy = y.split(QLatin1Char(' '));
+    std::sort(wx.begin(), wx.end());
+    std::sort(wy.begin(), wy.end());
+    if (wx == wy)
+        return true;
+    // One letter off: one changed, left out or added.
+    if (qAbs(x.size() - y.size()) > 1)
+        return false;
+    int i = 0;
+    while (i < x.size() && i < y.size() && x[i] == y[i])
+        ++i;
+    int j = 0;
+    while (j < x.size() - i && j < y.size() - i && x[x.size() - 1 - j] == y[y.size() - 1 - j])
+        ++j;
+    return qMax(x.size(), y.size()) - i - j <= 1;
+}
+
 QueryResult accountsNamed(SessionConnection &db, const QString &text)
 {
-    return db.select(QStringLiteral("SELECT PartyCode, PartyName FROM tblPartyInfo WHERE PartyName LIKE ? "
-                                    "ORDER BY PartyCode"),
-                     {QLatin1Char('%') + text + QLatin1Char('%')});
+    QueryResult all = db.select(QStringLiteral("SELECT PartyCode, PartyName FROM tblPartyInfo ORDER BY PartyCode"));
+    const QString typed = text.toUpper();
+    QueryResult out;
+    out.columns = all.columns;
+    for (const Row &r : all.rows) {
+        const QString name = r.text(1);
+        if (name.toUpper().contains(typed) || nearlySame(name, text))
+            out.rows << r;
+    }
+    return out;
 }
 
 } // namespace Accounts

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "accounts/Outcome.h"
+#include "foundation/Outcome.h"
 #include "foundation/Money.h"
 
 #include <QDate>
@@ -63,8 +63,10 @@ Outcome createAccount(SessionConnection &db, const NewAccount &account, const QS
 // there is none.
 QString lastCodeUnder(SessionConnection &db, const QString &maskText);
 
-// Accounts whose names contain `text`: columns PartyCode, PartyName,
-// ordered by code.
+// Accounts whose names contain `text` or nearly are it (the same words in
+// another order, blanks aside, one letter off): columns PartyCode,
+// PartyName, ordered by code.
 QueryResult accountsNamed(SessionConnection &db, const QString &text);
+bool nearlySame(const QString &a, const QString &b);
 
 } // namespace Accounts

@@ -19,11 +19,11 @@ Outcome check(SessionConnection &db, const QString &name, const QString &designa
 {
     const QString n = name.trimmed();
     if (db.selectOne(QStringLiteral("SELECT Name FROM tblCareOf WHERE Name = ?"), {n}))
-        return Outcome::refusal(Msg::exists(), Outcome::Field::Name);
+        return Outcome::refusal(Msg::exists(), QStringLiteral("txtName"));
     if (n.isEmpty())
-        return Outcome::refusal(Msg::nameMissing(), Outcome::Field::Name);
+        return Outcome::refusal(Msg::nameMissing(), QStringLiteral("txtName"));
     if (designation.trimmed().isEmpty())
-        return Outcome::refusal(Msg::designationMissing(), Outcome::Field::Designation);
+        return Outcome::refusal(Msg::designationMissing(), QStringLiteral("txtDesignation"));
     return Outcome::passed();
 }
 
@@ -40,7 +40,7 @@ Outcome add(SessionConnection &db, const QString &name, const QString &designati
     } catch (const DbError &e) {
         if (!e.isUniqueViolation())
             throw;
-        return Outcome::refusal(Msg::exists(), Outcome::Field::Name);
+        return Outcome::refusal(Msg::exists(), QStringLiteral("txtName"));
     }
     return Outcome::success(Msg::created());
 }

@@ -1,4 +1,6 @@
 #include "accounts/DebitCreditList.h"
+
+#include "foundation/CodeMask.h"
 #include "foundation/SessionConnection.h"
 
 namespace DebitCreditList {
@@ -11,17 +13,17 @@ bool contains(SessionConnection &db, const QString &code)
 Outcome add(SessionConnection &db, const QString &code)
 {
     if (!CodeMask::isComplete(code))
-        return Outcome::refusal(Msg::codeMissing(), Outcome::Field::Code);
+        return Outcome::refusal(Msg::codeMissing(), QStringLiteral("mskPartyCode"));
     try {
         Transaction tx(db);
         if (contains(db, code))
-            return Outcome::refusal(Msg::exists(), Outcome::Field::Code);
+            return Outcome::refusal(Msg::exists(), QStringLiteral("mskPartyCode"));
         db.execute(QStringLiteral("INSERT INTO tblDBCR (PartyCode) VALUES (?)"), {code});
         tx.commit();
     } catch (const DbError &e) {
         if (!e.isUniqueViolation())
             throw;
-        return Outcome::refusal(Msg::exists(), Outcome::Field::Code);
+        return Outcome::refusal(Msg::exists(), QStringLiteral("mskPartyCode"));
     }
     return Outcome::success(Msg::added());
 }
@@ -29,12 +31,12 @@ Outcome add(SessionConnection &db, const QString &code)
 Outcome remove(SessionConnection &db, const QString &code)
 {
     if (!CodeMask::isComplete(code))
-        return Outcome::refusal(Msg::codeMissing(), Outcome::Field::Code);
+        return Outcome::refusal(Msg::codeMissing(), QStringLiteral("mskPartyCode"));
     Transaction tx(db);
     const int n = db.execute(QStringLiteral("DELETE FROM tblDBCR WHERE PartyCode = ?"), {code});
     tx.commit();
     if (n == 0)
-        return Outcome::refusal(Msg::notListed(), Outcome::Field::Code);
+        return Outcome::refusal(Msg::notListed(), QStringLiteral("mskPartyCode"));
     return Outcome::success(Msg::deleted());
 }
 

@@ -23,19 +23,19 @@ bool exists(SessionConnection &db, const QString &title)
 
 Outcome add(SessionConnection &db, const QString &title)
 {
-    const QString t = title.trimmed();
-    if (t.isEmpty())
-        return Outcome::refusal(Msg::titleMissing(), Outcome::Field::Title);
+    // Any text is a title, the empty one and one of blanks included; keys
+    // ignore trailing blanks, so "   " stands as the empty title.
+    const QString t = text(title.trimmed());
     try {
         Transaction tx(db);
         if (exists(db, t))
-            return Outcome::refusal(Msg::exists(), Outcome::Field::Title);
+            return Outcome::refusal(Msg::exists(), QStringLiteral("txtTitleName"));
         db.execute(QStringLiteral("INSERT INTO tblTitleName (TitleName) VALUES (?)"), {t});
         tx.commit();
     } catch (const DbError &e) {
         if (!e.isUniqueViolation())
             throw;
-        return Outcome::refusal(Msg::exists(), Outcome::Field::Title);
+        return Outcome::refusal(Msg::exists(), QStringLiteral("txtTitleName"));
     }
     return Outcome::success(Msg::saved());
 }
@@ -50,11 +50,11 @@ std::optional<Letterhead> storedLetterhead(SessionConnection &db, const QString 
 Outcome saveLetterhead(SessionConnection &db, const Letterhead &l)
 {
     const QString t = l.titleName.trimmed();
-    if (t.isEmpty())
-        return Outcome::refusal(Msg::titleMissing(), Outcome::Field::Title);
+    // A title not on the list has no letterhead to keep: refused without
+    // words of its own, the focus back on the title.
     Transaction tx(db);
     if (!exists(db, t))
-        return Outcome::refusal(Msg::noSuchTitle(), Outcome::Field::Title);
+        return Outcome::refusal(QString(), QStringLiteral("cmbTitleName"));
     const QVariantList values{text(l.companyName), text(l.companyAddress), text(l.companyPhone),
                               text(l.companyEmail), text(l.companySaleTaxNo), text(l.companyNTN), t};
     const int n = db.execute(QStringLiteral("UPDATE tblLetterhead SET CompanyName = ?, CompanyAddress = ?, CompanyPhone = ?, "
@@ -70,8 +70,9 @@ Outcome saveLetterhead(SessionConnection &db, const Letterhead &l)
 
 bool applyLetterhead(SessionConnection &db, const QString &title, Session &s)
 {
+    // A title without a letterhead row leaves the working title and every
+    // company line as they were.
     const auto l = Lookups::letterhead(db, title);
-    s.currentTitle = title;
     if (!l)
         return false;
     Lookups::applyLetterhead(s, *l);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "accounts/Outcome.h"
+#include "foundation/Outcome.h"
 #include "foundation/Lookups.h"
 
 #include <QStringList>
@@ -15,11 +15,9 @@ struct Session;
 namespace TitleList {
 
 namespace Msg {
-inline QString titleMissing() { return QStringLiteral("Title Name is missing, please enter title name."); }
 inline QString exists() { return QStringLiteral("Title Name already exist, duplication is not allowed."); }
 inline QString saved() { return QStringLiteral("Title Name has been saved successfully."); }
 inline QString letterheadSaved() { return QStringLiteral("Letterhead has been saved successfully."); }
-inline QString noSuchTitle() { return QStringLiteral("Title Name not found, please choose title name from list."); }
 } // namespace Msg
 
 // All titles, ordered (what the title combos list).

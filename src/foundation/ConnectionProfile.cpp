@@ -44,6 +44,18 @@ bool ConnectionProfile::isValidSslMode(const QString &mode)
     return mode.isEmpty() || known.contains(mode);
 }
 
+bool AppSettings::lineConfirmationsInStatusBar(const QString &userName, const QString &path)
+{
+    if (path.isEmpty() || !QFile::exists(path))
+        return false;
+    QSettings ini(path, QSettings::IniFormat);
+    return ini.value(QStringLiteral("user.") + userName.trimmed() + QStringLiteral("/lineConfirmations"))
+               .toString()
+               .trimmed()
+               .compare(QLatin1String("statusbar"), Qt::CaseInsensitive)
+        == 0;
+}
+
 AppSettings AppSettings::load(const QString &path)
 {
     AppSettings s;

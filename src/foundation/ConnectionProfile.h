@@ -57,4 +57,8 @@ public:
     QString error;
 
     const ConnectionProfile *profile(const QString &name) const;
+
+    // A user's own preference: line confirmations in the status bar
+    // ("lineConfirmations=statusbar" in the group [user.NAME]).
+    static bool lineConfirmationsInStatusBar(const QString &userName, const QString &path = defaultPath());
 };

@@ -35,6 +35,10 @@ Check checkDate(const QString &maskText)
     const int maxDay = largestDay(month, year);
     if (day < 1 || day > maxDay || month > 12 || month < 1 || year < 1800)
         return Check::Wrong;
+    // A 29 February of a century year passes the day-per-month test but
+    // is no day of the calendar: refused here, never later as no date.
+    if (!QDate(year, month, day).isValid())
+        return Check::Wrong;
     return Check::Ok;
 }
 

@@ -22,7 +22,8 @@ inline QString closedPeriodMessage() { return QStringLiteral("Sorry, you enter w
 int largestDay(int month, int year);
 
 // A "dd/mm/yyyy" mask text: Missing when any of its ten places is "_",
-// Wrong for a day or month out of range or a year before 1800.
+// Wrong for a day or month out of range, a year before 1800, or a day the
+// calendar lacks (29/02/2100).
 Check checkDate(const QString &maskText);
 // A "yyyy" mask text: Missing when a place is "_", Wrong before 1800.
 Check checkYear(const QString &maskText);
@@ -30,8 +31,7 @@ QString messageFor(Check check, bool year = false);
 
 // "dd/mm/yyyy" for a date, "__/__/____" for no date.
 QString toMaskText(const QDate &date);
-// The date a mask text stands for; invalid when it is incomplete or names
-// no day of the calendar (such as 29/02/1900, which checkDate lets pass).
+// The date a mask text stands for; invalid when checkDate refuses it.
 QDate fromMaskText(const QString &maskText);
 
 enum class Closing { Open, Closed, NoClosingDate, NotADate };

@@ -40,6 +40,11 @@ int safeText(int key)
     return key;
 }
 
+int fax(int key)
+{
+    return (key == kBackspace || isDigit(key) || key == ' ' || key == ',' || key == '-') ? key : 0;
+}
+
 int apply(Kind kind, int key, bool textHasPoint)
 {
     switch (kind) {
@@ -48,6 +53,7 @@ int apply(Kind kind, int key, bool textHasPoint)
     case Kind::DecimalOnly: return decimalOnly(key, textHasPoint);
     case Kind::LettersUpper: return lettersUpper(key);
     case Kind::SafeText: return safeText(key);
+    case Kind::Fax: return fax(key);
     }
     return key;
 }

@@ -14,6 +14,7 @@ enum class Kind {
     DecimalOnly,   // 0-9 and one "." at most; no sign
     LettersUpper,  // codes 65 to 122, lowered ones raised to upper case
     SafeText,      // no ";" "," "'"; a-z raised to upper case
+    Fax,           // 0-9, blank, "," and "-"
 };
 
 int digitsOnly(int key);
@@ -21,6 +22,7 @@ int digitsOnly(int key);
 int decimalOnly(int key, bool textHasPoint);
 int lettersUpper(int key);
 int safeText(int key);
+int fax(int key);
 
 int apply(Kind kind, int key, bool textHasPoint = false);
 

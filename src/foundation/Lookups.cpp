@@ -9,7 +9,7 @@ std::optional<QString> codeFromName(SessionConnection &db, const QString &partyN
     const auto row = db.selectOne(QStringLiteral("SELECT PartyCode FROM tblPartyInfo WHERE PartyName = ?"), {partyName});
     if (!row)
         return std::nullopt;
-    return row->text(0);
+    return row->text(0).trimmed();
 }
 
 std::optional<QString> nameFromCode(SessionConnection &db, const QString &partyCode)

@@ -52,6 +52,12 @@ struct Session
     bool fillingPartyList = false;
 
     SessionConnection &db() { return *connection; }
+    // The working day: the date the main window loaded, or the
+    // workstation's date before that.
+    QDate dateToday() const { return today.isValid() ? today : QDate::currentDate(); }
+    // Line confirmations of the entry screens in the status bar instead
+    // of a box (this user's preference).
+    bool lineConfirmationsInStatusBar = false;
     bool isAdministrator() const { return currentUserType == QLatin1String("ADMINISTRATOR"); }
 };
 

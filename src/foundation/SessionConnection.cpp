@@ -750,3 +750,4 @@ void Transaction::commit()
     m_session.commit();
     m_done = true;
 }
+

@@ -2,7 +2,6 @@
 
 #include "foundation/ConnectionProfile.h"
 #include "foundation/Schema.h"
-#include "foundation/Session.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -217,19 +216,18 @@ QImage ReportFrame::logo()
     return img;
 }
 
-HeaderTexts ReportFrame::headerTexts(SessionConnection &db)
+HeaderTexts ReportFrame::headerTexts(SessionConnection &db, const std::optional<Lookups::Letterhead> &l)
 {
     HeaderTexts h;
     h.companyName = creditCompanyName();
     h.contact = creditContact();
-    Session &s = session();
-    if (s.connection.get() == &db && !s.companyName.isEmpty()) {
-        h.clientName = s.companyName;
-        h.clientAddress = s.companyAddress;
-        h.clientPhone = s.companyPhone;
-        h.clientEmail = s.companyEmail;
-        h.clientSaleTaxNo = s.companySaleTaxNo;
-        h.clientNTN = s.companyNTN;
+    if (l && !l->companyName.isEmpty()) {
+        h.clientName = l->companyName;
+        h.clientAddress = l->companyAddress;
+        h.clientPhone = l->companyPhone;
+        h.clientEmail = l->companyEmail;
+        h.clientSaleTaxNo = l->companySaleTaxNo;
+        h.clientNTN = l->companyNTN;
         return h;
     }
     const auto row = db.selectOne(QStringLiteral("SELECT TLClientName, TLClientAddress, TLClientPhone, TLClientEmail, "
@@ -607,7 +605,7 @@ RenderedReport ReportFrame::render(SessionConnection &db, const ReportRequest &r
                                          "\"%2\" is not one of them")
                               .arg(QDir::toNativeSeparators(d.origin), source));
 
-    r.header = headerTexts(db);
+    r.header = headerTexts(db, request.letterhead);
     r.logo = logo();
     r.printedAt = QDateTime::currentDateTime();
     r.heading = !request.heading.isEmpty() ? request.heading : (!request.title.isEmpty() ? request.title : d.title);
@@ -618,7 +616,7 @@ RenderedReport ReportFrame::render(SessionConnection &db, const ReportRequest &r
         const QDate from = request.from.isValid() ? request.from : QDate(1900, 1, 1);
         if (request.writePeriodRow && !db.isReadOnly()) { // an archived year is only read
             Transaction tx(db);
-            if (!r.header.clientName.isEmpty() && session().connection.get() == &db)
+            if (request.letterhead && !request.letterhead->companyName.isEmpty())
                 db.execute(QStringLiteral("UPDATE tblTLClientInfo SET TLClientName = ?, TLClientAddress = ?, SDate = ?, EDate = ?"),
                            {r.header.clientName, r.header.clientAddress, from, request.to});
             else
@@ -692,6 +690,7 @@ std::optional<ReportRequest> RenderedReport::drillDown(int line) const
     req.fromText = request.fromText;
     req.toText = request.toText;
     req.writePeriodRow = false;
+    req.letterhead = request.letterhead;
     static const QRegularExpression iso(QStringLiteral("^\\d{4}-\\d{2}-\\d{2}$"));
     for (const auto &k : design.link->keys) {
         QVariant v = row.value(k.second);

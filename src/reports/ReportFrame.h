@@ -1,5 +1,6 @@
 #pragma once
 
+#include "foundation/Lookups.h"
 #include "foundation/SessionConnection.h"
 #include "reports/ReportDesign.h"
 
@@ -71,6 +72,9 @@ struct ReportRequest
     QString toText;
     QString source;          // another source than the design's (rare)
     bool writePeriodRow = true; // also write SDate/EDate of tblTLClientInfo, as the views of old read them
+    // The letterhead to print (the working title's); empty: the one stored
+    // with the year in tblTLClientInfo.
+    std::optional<Lookups::Letterhead> letterhead;
 
     // A period needs its end; a start alone is no period.
     bool hasPeriod() const { return to.isValid(); }
@@ -164,7 +168,7 @@ public:
 
     // The letterhead of this session: the logged-on session's, else the
     // row of tblTLClientInfo.
-    static HeaderTexts headerTexts(SessionConnection &db);
+    static HeaderTexts headerTexts(SessionConnection &db, const std::optional<Lookups::Letterhead> &letterhead = {});
     // Logo.jpg beside the program; null when there is none.
     static QImage logo();
     // The user design folder of the settings file.

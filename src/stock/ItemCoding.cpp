@@ -1,4 +1,6 @@
 #include "stock/ItemCoding.h"
+
+#include "foundation/CodeMask.h"
 #include "foundation/SessionConnection.h"
 
 namespace ItemCoding {
@@ -77,13 +79,13 @@ Outcome checkNew(SessionConnection &db, const Item &item)
 {
     const QString name = item.name.trimmed();
     if (name.isEmpty())
-        return Outcome::refusal(Msg::nameMissing(), Outcome::Field::Name);
+        return Outcome::refusal(Msg::nameMissing(), QStringLiteral("txtItemName"));
     if (item.code.isEmpty() || item.code == CodeMask::empty())
-        return Outcome::refusal(Msg::codeMissing(), Outcome::Field::Code);
+        return Outcome::refusal(Msg::codeMissing(), QStringLiteral("mskItemCode"));
     if (codeTaken(db, item.code))
-        return Outcome::refusal(Msg::codeExists(), Outcome::Field::Code);
+        return Outcome::refusal(Msg::codeExists(), QStringLiteral("mskItemCode"));
     if (nameTaken(db, name))
-        return Outcome::refusal(Msg::nameExists(), Outcome::Field::Name);
+        return Outcome::refusal(Msg::nameExists(), QStringLiteral("txtItemName"));
     return Outcome::passed();
 }
 
@@ -103,8 +105,8 @@ Outcome add(SessionConnection &db, const Item &item, const QString &userName, co
         if (!e.isUniqueViolation())
             throw;
         if (codeTaken(db, item.code))
-            return Outcome::refusal(Msg::codeExists(), Outcome::Field::Code);
-        return Outcome::refusal(Msg::nameExists(), Outcome::Field::Name);
+            return Outcome::refusal(Msg::codeExists(), QStringLiteral("mskItemCode"));
+        return Outcome::refusal(Msg::nameExists(), QStringLiteral("txtItemName"));
     }
     return Outcome::success(Msg::added());
 }
@@ -113,15 +115,15 @@ Outcome checkChange(SessionConnection &db, const QString &oldCode, const QString
 {
     const QString name = item.name.trimmed();
     if (name.isEmpty())
-        return Outcome::refusal(Msg::nameMissing(), Outcome::Field::Name);
+        return Outcome::refusal(Msg::nameMissing(), QStringLiteral("txtItemName"));
     if (item.code.isEmpty() || item.code == CodeMask::empty())
-        return Outcome::refusal(Msg::codeMissing(), Outcome::Field::Code);
+        return Outcome::refusal(Msg::codeMissing(), QStringLiteral("mskItemCode"));
     if (!CodeMask::isComplete(item.code))
-        return Outcome::refusal(Msg::codeIncomplete(), Outcome::Field::Code);
+        return Outcome::refusal(Msg::codeIncomplete(), QStringLiteral("mskItemCode"));
     if (oldCode.trimmed() != item.code && codeTaken(db, item.code))
-        return Outcome::refusal(Msg::codeExistsOnModify(), Outcome::Field::Code);
+        return Outcome::refusal(Msg::codeExistsOnModify(), QStringLiteral("mskItemCode"));
     if (oldName.trimmed() != name && nameTaken(db, name))
-        return Outcome::refusal(Msg::nameExistsOnModify(), Outcome::Field::Name);
+        return Outcome::refusal(Msg::nameExistsOnModify(), QStringLiteral("txtItemName"));
     return Outcome::passed();
 }
 
@@ -138,14 +140,14 @@ Outcome modify(SessionConnection &db, const QString &oldCode, const QString &old
                                  {item.code, item.name.trimmed(), item.costRate.toVariant(), item.saleRate.toVariant(),
                                   text(item.unitType), text(userName), entryDate, oldCode});
         if (n == 0)
-            return Outcome::refusal(Msg::notFound(), Outcome::Field::None);
+            return Outcome::refusal(Msg::notFound());
         tx.commit();
     } catch (const DbError &e) {
         if (!e.isUniqueViolation())
             throw;
         if (oldCode.trimmed() != item.code && codeTaken(db, item.code))
-            return Outcome::refusal(Msg::codeExistsOnModify(), Outcome::Field::Code);
-        return Outcome::refusal(Msg::nameExistsOnModify(), Outcome::Field::Name);
+            return Outcome::refusal(Msg::codeExistsOnModify(), QStringLiteral("mskItemCode"));
+        return Outcome::refusal(Msg::nameExistsOnModify(), QStringLiteral("txtItemName"));
     }
     return Outcome::success(Msg::modified());
 }

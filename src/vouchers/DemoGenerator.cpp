@@ -340,7 +340,7 @@ void DemoGenerator::voucherPart(DemoContext &c)
 
     auto lineOf = [](const DemoAccount &a, Money amount, bool debit, const QString &desc, const QString &inv = QString()) {
         VoucherLine l;
-        l.state = QStringLiteral("INSERT");
+        l.state = LineState::Insert;
         l.partyCode = a.code;
         l.partyName = a.name;
         l.description = desc;

@@ -24,17 +24,6 @@ void appendParams(QVariantList &p, const LedgerRow &r, const QString &user, cons
       << nullableText(r.careOf) << user << entryDate;
 }
 
-// A stable number for a voucher type, the same on every workstation.
-int seriesKey(const QString &type)
-{
-    quint32 h = 2166136261u;
-    for (const QChar c : type.trimmed().toUpper()) {
-        h ^= c.unicode();
-        h *= 16777619u;
-    }
-    return static_cast<int>(h & 0x7fffffff);
-}
-
 } // namespace
 
 LedgerRow LedgerRow::debit(const VoucherKey &key, const QString &code, const QString &name, Money amount,
@@ -233,7 +222,7 @@ int LedgerWriter::removeAccountRows(const VoucherKey &voucher, const QString &pa
                            {voucher.type, voucher.number, voucher.date, partyCode});
 }
 
-int LedgerWriter::removeEmptyRows()
+int LedgerWriter::removeZeroRows()
 {
     return removeReturning(QStringLiteral("DELETE FROM tblPartyBalance WHERE PartyDR = 0 AND PartyCR = 0 "
                                           "AND PartyBalance = 0 AND VoucherType <> 'JV'"),
@@ -328,76 +317,3 @@ void LedgerWriter::applyKept()
     upsertKept(m_db, QStringLiteral("tblAccountMonthBalance"), true, months);
 }
 
-namespace Ledger {
-
-std::optional<Money> accountBalance(SessionConnection &db, const QString &partyCode)
-{
-    // The kept balance: one row read, however long the account's ledger.
-    const std::optional<Row> r = db.selectOne(
-        QStringLiteral("SELECT BalanceCents, RowCount FROM tblAccountBalance WHERE PartyCode = ?"), {partyCode});
-    if (!r || r->integer(1) <= 0)
-        return std::nullopt;
-    return Money::fromCents(r->integer(0));
-}
-
-std::optional<Money> accountBalanceBefore(SessionConnection &db, const QString &partyCode, const QDate &date)
-{
-    if (!date.isValid())
-        return std::nullopt;
-    // The whole months before the date's from the kept months, the days of
-    // its own month before it from the rows.
-    const QDate monthStart(date.year(), date.month(), 1);
-    const std::optional<Row> kept = db.selectOne(
-        QStringLiteral("SELECT COALESCE(SUM(BalanceCents), 0), COALESCE(SUM(RowCount), 0) FROM tblAccountMonthBalance "
-                       "WHERE PartyCode = ? AND YearMonth > 0 AND YearMonth < ?"),
-        {partyCode, date.year() * 100 + date.month()});
-    const std::optional<Row> days = db.selectOne(
-        QStringLiteral("SELECT SUM(PartyBalance), COUNT(*) FROM tblPartyBalance "
-                       "WHERE PartyCode = ? AND VDate >= ? AND VDate < ?"),
-        {partyCode, monthStart, date});
-    const qint64 rows = (kept ? kept->integer(1) : 0) + (days ? days->integer(1) : 0);
-    if (rows <= 0)
-        return std::nullopt;
-    return Money::fromCents(kept ? kept->integer(0) : 0) + (days ? days->money(0).value_or(Money()) : Money());
-}
-
-QString balanceText(const std::optional<Money> &balance)
-{
-    if (!balance)
-        return QString();
-    if (balance->isNegative())
-        return balance->abs().toFieldString() + QStringLiteral(" CR");
-    return balance->toFieldString() + QStringLiteral(" DR");
-}
-
-qint64 nextVoucherNo(SessionConnection &db, const QString &voucherType)
-{
-    const QVariant v = db.scalar(QStringLiteral("SELECT MAX(VoucherNo) FROM tblPartyBalance WHERE VoucherType = ?"),
-                                 {voucherType});
-    return v.isNull() ? 1 : v.toLongLong() + 1;
-}
-
-bool voucherNumberTaken(SessionConnection &db, const QString &voucherType, qint64 number,
-                        const std::optional<VoucherKey> &except)
-{
-    if (!except) {
-        return db.selectOne(QStringLiteral("SELECT SrNo FROM tblPartyBalance WHERE VoucherType = ? AND VoucherNo = ? "
-                                           "LIMIT 1"),
-                            {voucherType, number})
-            .has_value();
-    }
-    return db.selectOne(QStringLiteral("SELECT SrNo FROM tblPartyBalance WHERE VoucherType = ? AND VoucherNo = ? "
-                                       "AND NOT (VoucherType = ? AND VoucherNo = ? AND VDate = ?) LIMIT 1"),
-                        {voucherType, number, except->type, except->number, except->date})
-        .has_value();
-}
-
-void lockVoucherSeries(SessionConnection &db, const QString &voucherType)
-{
-    if (!db.isPostgres())
-        return;
-    db.select(QStringLiteral("SELECT pg_advisory_xact_lock(CAST(? AS INTEGER), CAST(? AS INTEGER))"),
-              {7301, seriesKey(voucherType)});
-}
-
-} // namespace Ledger

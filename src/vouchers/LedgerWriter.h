@@ -1,6 +1,7 @@
 #pragma once
 
 #include "foundation/Money.h"
+#include "vouchers/Ledger.h"
 
 #include <QDate>
 #include <QMap>
@@ -10,18 +11,6 @@
 #include <optional>
 
 class SessionConnection;
-
-// Where a voucher stands in the ledger: its type, number and date. The
-// ledger has no header table; these three columns are the voucher.
-struct VoucherKey
-{
-    QString type;
-    qint64 number = 0;
-    QDate date;
-
-    bool operator==(const VoucherKey &o) const { return type == o.type && number == o.number && date == o.date; }
-    bool operator!=(const VoucherKey &o) const { return !(*this == o); }
-};
 
 // One row of tblPartyBalance as a posting writes it. A row has one side:
 // a debit row has PartyDR = amount and PartyCR = 0, a credit row the
@@ -74,9 +63,9 @@ public:
     bool remove(qint64 srNo, const VoucherKey &guard);
     // Removes the voucher's rows on one account; returns how many.
     int removeAccountRows(const VoucherKey &voucher, const QString &partyCode);
-    // Removes the rows with no amount at all, except those of journal
-    // vouchers; returns how many.
-    int removeEmptyRows();
+    // Removes the rows of every type but JV that carry nothing (0, 0, 0),
+    // as a deleted voucher leaves them; returns how many.
+    int removeZeroRows();
 
     // Several writes as one: between beginBatch() and endBatch() the kept
     // balances wait, and endBatch() moves them once, in order. Call
@@ -115,31 +104,3 @@ private:
     QMap<KeptKey, KeptDelta> m_pending; // in the order the kept rows are locked
     int m_batchDepth = 0;
 };
-
-// Look-ups on the ledger that the posting screens share.
-namespace Ledger {
-
-inline const QString kCashCode = QStringLiteral("19-10-001");
-inline const QString kCashName = QStringLiteral("CASH IN HAND");
-
-// Sum(PartyBalance) of an account: positive is DR. Nothing when the
-// account has no row.
-std::optional<Money> accountBalance(SessionConnection &db, const QString &partyCode);
-// The same over the rows dated before `date`.
-std::optional<Money> accountBalanceBefore(SessionConnection &db, const QString &partyCode, const QDate &date);
-
-// "{amount} DR" / "{amount} CR", or "" for no rows.
-QString balanceText(const std::optional<Money> &balance);
-
-// Max(VoucherNo)+1 of a type over the whole year; 1 for an empty series.
-qint64 nextVoucherNo(SessionConnection &db, const QString &voucherType);
-// True when a row of another voucher than `except` carries this type and
-// number (any date: a number belongs to its type for the whole year).
-bool voucherNumberTaken(SessionConnection &db, const QString &voucherType, qint64 number,
-                        const std::optional<VoucherKey> &except = std::nullopt);
-// Serialises the numbering of one type among workstations until the
-// current transaction ends (a no-op on the embedded store, whose write
-// transactions are exclusive already). Call inside a Transaction.
-void lockVoucherSeries(SessionConnection &db, const QString &voucherType);
-
-} // namespace Ledger

@@ -40,7 +40,7 @@ bool PostingChecks::isHeading(const QString &code)
 Outcome PostingChecks::checkDate(const QDate &date)
 {
     if (!date.isValid())
-        return Outcome::refusal(DateRules::dateMissingMessage(), Outcome::Field::Date);
+        return Outcome::refusal(DateRules::dateMissingMessage(), QStringLiteral("mskDate"));
     if (m_closing == Closing::NotChecked)
         return Outcome::passed();
     if (!m_closingRead || !m_keep) {
@@ -48,10 +48,10 @@ Outcome PostingChecks::checkDate(const QDate &date)
         m_closingRead = true;
     }
     if (!m_closingDate)
-        return Outcome::refusal(DateRules::closingMissingMessage(), Outcome::Field::Date);
+        return Outcome::refusal(DateRules::closingMissingMessage(), QStringLiteral("mskDate"));
     const bool closed = m_closing == Closing::AfterClosingDate ? date <= *m_closingDate : date < *m_closingDate;
     if (closed)
-        return Outcome::refusal(DateRules::closedPeriodMessage(), Outcome::Field::Date);
+        return Outcome::refusal(DateRules::closedPeriodMessage(), QStringLiteral("mskDate"));
     return Outcome::passed();
 }
 
@@ -63,7 +63,7 @@ Outcome PostingChecks::checkAccounts(const QVector<LedgerRow> &rows)
     for (const LedgerRow &r : rows) {
         const QString code = trimmedCode(r.partyCode);
         if (isHeading(code))
-            return Outcome::refusal(PostingMessages::kHeading, Outcome::Field::Name);
+            return Outcome::refusal(PostingMessages::kHeading, QStringLiteral("cmbPartyName"));
         if (!m_known.contains(code) && !unseen.contains(code))
             unseen << code;
     }
@@ -82,7 +82,7 @@ Outcome PostingChecks::checkAccounts(const QVector<LedgerRow> &rows)
         m_known.insert(trimmedCode(r.text(0)));
     for (const QString &code : unseen)
         if (!m_known.contains(code))
-            return Outcome::refusal(Lookups::partyNotFoundMessage(), Outcome::Field::Name);
+            return Outcome::refusal(Lookups::partyNotFoundMessage(), QStringLiteral("cmbPartyName"));
     return Outcome::passed();
 }
 
@@ -90,9 +90,9 @@ Outcome PostingChecks::checkVoucher(const QString &type, const QDate &date)
 {
     const QString t = type.trimmed();
     if (t.isEmpty())
-        return Outcome::refusal(VoucherMessages::kTypeMissing, Outcome::Field::None);
+        return Outcome::refusal(VoucherMessages::kTypeMissing);
     if (!isKnownType(t))
-        return Outcome::refusal(PostingMessages::kUnknownType, Outcome::Field::None);
+        return Outcome::refusal(PostingMessages::kUnknownType);
     return checkDate(date);
 }
 
@@ -108,9 +108,9 @@ Outcome PostingChecks::check(const QVector<LedgerRow> &rows)
             last = &r;
         }
         if (r.partyDR.isNegative() || r.partyCR.isNegative())
-            return Outcome::refusal(PostingMessages::kNegative, Outcome::Field::Balance);
+            return Outcome::refusal(PostingMessages::kNegative, QStringLiteral("txtAmount"));
         if (!r.partyDR.isZero() && !r.partyCR.isZero())
-            return Outcome::refusal(PostingMessages::kTwoSides, Outcome::Field::Balance);
+            return Outcome::refusal(PostingMessages::kTwoSides, QStringLiteral("txtAmount"));
     }
     return checkAccounts(rows);
 }

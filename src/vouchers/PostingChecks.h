@@ -1,6 +1,6 @@
 #pragma once
 
-#include "accounts/Outcome.h"
+#include "foundation/Outcome.h"
 #include "vouchers/LedgerWriter.h"
 
 #include <QDate>

@@ -11,14 +11,6 @@ QueryResult accountList(SessionConnection &db)
                      {Ledger::kCashCode});
 }
 
-std::optional<QString> codeOfName(SessionConnection &db, const QString &partyName)
-{
-    auto r = db.selectOne(QStringLiteral("SELECT PartyCode FROM tblPartyInfo WHERE PartyName = ?"), {partyName});
-    if (!r)
-        return std::nullopt;
-    return r->text(0).trimmed();
-}
-
 QueryResult openCheques(SessionConnection &db)
 {
     return db.select(QStringLiteral("SELECT Description, VoucherNo FROM tblPostDatedCheque WHERE Status = 'POST DATED' "

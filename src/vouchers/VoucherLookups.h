@@ -13,7 +13,6 @@ namespace VoucherLookups {
 // Every account that takes postings except cash, by name: PartyName,
 // PartyCode.
 QueryResult accountList(SessionConnection &db);
-std::optional<QString> codeOfName(SessionConnection &db, const QString &partyName);
 
 // Cheques still "POST DATED": Description, VoucherNo, by number.
 QueryResult openCheques(SessionConnection &db);

@@ -6,13 +6,7 @@
 
 namespace {
 
-PostingOutcome refused(const QString &message, PostingOutcome::Fault fault)
-{
-    PostingOutcome o;
-    o.message = message;
-    o.fault = fault;
-    return o;
-}
+const QString kNumberField = QStringLiteral("txtVoucherNo");
 
 void setChequeStatus(SessionConnection &db, const QString &partyCode, const ChequeLink &c, const QString &status)
 {
@@ -48,19 +42,19 @@ void VoucherPosting::settleCheques(const QVector<VoucherLine> &lines)
     }
 }
 
-PostingOutcome VoucherPosting::postLocked(Voucher &v, NumberPolicy policy)
+Outcome VoucherPosting::postLocked(Voucher &v, NumberPolicy policy)
 {
     if (auto why = VoucherRules::check(v))
-        return refused(*why, PostingOutcome::Fault::Balance);
+        return Outcome::refusal(*why);
     const Outcome checked = PostingChecks(m_db).check(VoucherRules::postingRows(v));
     if (!checked)
-        return refused(checked.message, PostingOutcome::Fault::Rule);
+        return checked;
 
-    PostingOutcome out;
+    Outcome out;
     Ledger::lockVoucherSeries(m_db, v.key.type);
     if (Ledger::voucherNumberTaken(m_db, v.key.type, v.key.number)) {
         if (policy == NumberPolicy::Typed)
-            return refused(VoucherMessages::kDuplicate, PostingOutcome::Fault::Number);
+            return Outcome::refusal(VoucherMessages::kDuplicate, kNumberField);
         const qint64 next = Ledger::nextVoucherNo(m_db, v.key.type);
         out.notice = VoucherMessages::numberMoved(v.key.number, next);
         v.key.number = next;
@@ -70,67 +64,67 @@ PostingOutcome VoucherPosting::postLocked(Voucher &v, NumberPolicy policy)
     LedgerWriter(m_db, m_user, m_today).insertMany(rows);
     settleCheques(v.lines);
 
-    out.posted = true;
+    out.ok = true;
     out.message = VoucherMessages::kSaved;
-    out.voucherNo = v.key.number;
+    out.number = v.key.number;
     out.rowsWritten = rows.size();
     return out;
 }
 
-PostingOutcome VoucherPosting::post(Voucher voucher, NumberPolicy policy)
+Outcome VoucherPosting::post(Voucher voucher, NumberPolicy policy)
 {
     Transaction tx(m_db);
-    PostingOutcome out = postLocked(voucher, policy);
-    if (out.posted)
+    Outcome out = postLocked(voucher, policy);
+    if (out.ok)
         tx.commit();
     return out;
 }
 
-PostingOutcome VoucherPosting::saveNew(const VoucherKey &header, NumberPolicy policy)
+Outcome VoucherPosting::saveNew(const VoucherKey &header, NumberPolicy policy)
 {
     Transaction tx(m_db);
     VoucherStaging staging(m_db);
     Voucher v{header, staging.lines(true)};
-    PostingOutcome out = postLocked(v, policy);
-    if (!out.posted)
+    Outcome out = postLocked(v, policy);
+    if (!out.ok)
         return out;
     staging.clear();
     tx.commit();
     return out;
 }
 
-PostingOutcome VoucherPosting::saveModified(const VoucherKey &original, const VoucherKey &header)
+Outcome VoucherPosting::saveModified(const VoucherKey &original, const VoucherKey &header)
 {
     Transaction tx(m_db);
     VoucherStaging staging(m_db);
     const QVector<VoucherLine> all = staging.lines(false);
     Voucher v{header, all};
     if (auto why = VoucherRules::check(v))
-        return refused(*why, PostingOutcome::Fault::Balance);
+        return Outcome::refusal(*why);
     // The voucher leaves its old date and takes its new one: both must be open.
     PostingChecks checks(m_db);
     for (const Outcome &checked : {checks.checkVoucher(original.type, original.date),
                                    checks.check(VoucherRules::postingRows(v))})
         if (!checked)
-            return refused(checked.message, PostingOutcome::Fault::Rule);
+            return checked;
 
     Ledger::lockVoucherSeries(m_db, header.type);
     if ((header.number != original.number || header.date != original.date || header.type != original.type)
         && Ledger::voucherNumberTaken(m_db, header.type, header.number, original))
-        return refused(VoucherMessages::kDuplicate, PostingOutcome::Fault::Number);
+        return Outcome::refusal(VoucherMessages::kDuplicate, kNumberField);
 
     LedgerWriter writer(m_db, m_user, m_today);
     writer.beginBatch();
-    PostingOutcome out;
+    Outcome out;
     QVector<LedgerRow> inserts;
     for (const VoucherLine &l : all) {
-        if (l.state == QLatin1String("UPDATE")) {
+        if (l.state == LineState::Update) {
             if (!writer.update(l.srNo, original, VoucherRules::rowOfLine(header, l)))
-                return refused(VoucherMessages::kChangedElsewhere, PostingOutcome::Fault::Changed);
+                return Outcome::refusal(VoucherMessages::kChangedElsewhere);
             ++out.rowsWritten;
-        } else if (l.state == QLatin1String("DELETE")) {
+        } else if (l.state == LineState::Delete) {
             if (!writer.remove(l.srNo, original))
-                return refused(VoucherMessages::kChangedElsewhere, PostingOutcome::Fault::Changed);
+                return Outcome::refusal(VoucherMessages::kChangedElsewhere);
             ++out.rowsWritten;
         } else {
             inserts << VoucherRules::rowOfLine(header, l);
@@ -153,24 +147,24 @@ PostingOutcome VoucherPosting::saveModified(const VoucherKey &original, const Vo
     staging.clear();
     tx.commit();
 
-    out.posted = true;
+    out.ok = true;
     out.message = VoucherMessages::kModified;
-    out.voucherNo = header.number;
+    out.number = header.number;
     return out;
 }
 
-PostingOutcome VoucherPosting::deleteVoucher(const VoucherKey &original)
+Outcome VoucherPosting::deleteVoucher(const VoucherKey &original)
 {
     Transaction tx(m_db);
     const Outcome open = PostingChecks(m_db).checkVoucher(original.type, original.date);
     if (!open)
-        return refused(open.message, PostingOutcome::Fault::Rule);
+        return open;
     VoucherStaging staging(m_db);
     LedgerWriter writer(m_db, m_user, m_today);
     writer.beginBatch();
-    PostingOutcome out;
+    Outcome out;
     for (const VoucherLine &l : staging.lines(false)) {
-        if (l.state == QLatin1String("INSERT"))
+        if (l.state == LineState::Insert)
             continue; // never reached the ledger
         if (writer.remove(l.srNo, original))
             ++out.rowsWritten;
@@ -178,11 +172,11 @@ PostingOutcome VoucherPosting::deleteVoucher(const VoucherKey &original)
     if (VoucherRules::addsCashRow(original.type))
         out.rowsWritten += writer.removeAccountRows(original, Ledger::kCashCode);
     staging.clear();
-    writer.removeEmptyRows();
+    writer.removeZeroRows();
     writer.endBatch();
     tx.commit();
-    out.posted = true;
+    out.ok = true;
     out.message = VoucherMessages::kDeleted;
-    out.voucherNo = original.number;
+    out.number = original.number;
     return out;
 }

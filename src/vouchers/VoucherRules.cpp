@@ -1,6 +1,14 @@
 #include "vouchers/VoucherRules.h"
 
+#include <QHash>
+
 namespace VoucherMessages {
+QString farDate(const QDate &date)
+{
+    return QStringLiteral("The date %1 is more than a year after today, do you want to keep it?")
+        .arg(date.toString(QStringLiteral("dd/MM/yyyy")));
+}
+
 QString numberMoved(qint64 from, qint64 to)
 {
     return QStringLiteral("Voucher # %1 was taken on another workstation meanwhile, so this voucher has been saved "
@@ -105,6 +113,53 @@ std::optional<Money> currentCash(const QString &type, Money previousMagnitude, c
     if (type == QLatin1String("CR"))
         return previousMagnitude + t.credit.value_or(Money());
     return std::nullopt;
+}
+
+Outcome checkSide(const QString &side)
+{
+    if (side != QLatin1String("CR") && side != QLatin1String("DR"))
+        return Outcome::refusal(VoucherMessages::kBadSide, QStringLiteral("cmbDBCR"));
+    return Outcome::passed();
+}
+
+Outcome checkLine(const LineEntry &e, LineCommand command)
+{
+    if (e.voucherNo.trimmed().isEmpty())
+        return Outcome::refusal(VoucherMessages::kNoVoucherNo, QStringLiteral("txtVoucherNo"));
+    if (!e.accountFound)
+        return Outcome::refusal(VoucherMessages::kNoParty, QStringLiteral("cmbPartyName"));
+    if (e.amount.trimmed().isEmpty())
+        return Outcome::refusal(VoucherMessages::kNoAmount, QStringLiteral("txtAmount"));
+    if (command != LineCommand::Remove) {
+        if (const Outcome side = checkSide(e.side); !side)
+            return side;
+    }
+    if (e.cheque && e.chequeDesc.trimmed().isEmpty())
+        return Outcome::refusal(VoucherMessages::kNoChequeDesc, QStringLiteral("cmbChequeDesc"));
+    if (e.cheque && e.chequeNo.trimmed().isEmpty())
+        return Outcome::refusal(VoucherMessages::kNoChequeNo, QStringLiteral("cmbCHQVoucherNo"));
+    return Outcome::passed();
+}
+
+Outcome checkVoucherQuestion(const QString &number, const QString &type)
+{
+    if (number.trimmed().isEmpty())
+        return Outcome::refusal(VoucherMessages::kNumberMissing, QStringLiteral("txtShowVoucherNo"));
+    if (type.trimmed().isEmpty())
+        return Outcome::refusal(VoucherMessages::kTypeMissing, QStringLiteral("cmbModifyVoucherType"));
+    return Outcome::passed();
+}
+
+QString titleOfType(const QString &type)
+{
+    static const QHash<QString, QString> titles = {
+        {QStringLiteral("CP"), QStringLiteral("CASH PAID VOUCHER")},
+        {QStringLiteral("CR"), QStringLiteral("CASH RECEIVED VOUCHER")},
+        {QStringLiteral("BP"), QStringLiteral("BANK PAID VOUCHER")},
+        {QStringLiteral("BR"), QStringLiteral("BANK RECEIVED VOUCHER")},
+        {QStringLiteral("JV"), QStringLiteral("JOURNAL VOUCHER")},
+    };
+    return titles.value(type, QStringLiteral("ACCOUNTS VOUCHER"));
 }
 
 } // namespace VoucherRules

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "foundation/LineStaging.h"
+#include "foundation/Outcome.h"
 #include "vouchers/LedgerWriter.h"
 
 #include <QString>
@@ -20,6 +22,16 @@ inline const QString kNumberMissing = QStringLiteral("Please enter voucher #, em
 inline const QString kTypeMissing = QStringLiteral("Voucher type is missing, please select voucher type");
 inline const QString kChangedElsewhere =
     QStringLiteral("This voucher was changed on another workstation meanwhile; please load it again.");
+inline const QString kNoVoucherNo = QStringLiteral("Voucher # is missing, please enter voucher #");
+inline const QString kNoParty = QStringLiteral("Party name not found, please enter correct party name");
+inline const QString kNoAmount = QStringLiteral("Amount is missing, please enter amount");
+inline const QString kBadSide = QStringLiteral("Select DR/CR, nothing accept others");
+inline const QString kNoChequeDesc =
+    QStringLiteral("Enter cheque description, empty or blank description is not allowed.");
+inline const QString kNoChequeNo =
+    QStringLiteral("Enter cheque voucher #, empty or blank voucher # is not allowed.");
+// Asked when a date lies more than a year after the working day.
+QString farDate(const QDate &date);
 // Told when the proposed number was taken by another workstation.
 QString numberMoved(qint64 from, qint64 to);
 } // namespace VoucherMessages
@@ -36,7 +48,7 @@ struct ChequeLink
 struct VoucherLine
 {
     qint64 srNo = 0;           // staging order; the ledger's SrNo for a line that came from it
-    QString state;             // "INSERT", "UPDATE", "DELETE"
+    LineState state = LineState::Insert;
     QString invoiceNo;
     QString partyCode;
     QString partyName;
@@ -45,7 +57,7 @@ struct VoucherLine
     Money credit;
     std::optional<ChequeLink> cheque;
 
-    bool isLive() const { return state != QLatin1String("DELETE"); }
+    bool isLive() const { return state != LineState::Delete; }
     QString side() const { return debit.isPositive() || credit.isZero() ? QStringLiteral("DR") : QStringLiteral("CR"); }
     Money amount() const { return debit.isPositive() ? debit : credit; }
 };
@@ -91,12 +103,35 @@ struct CashFigure
 {
     Money magnitude;
     QString side; // "DR" / "CR"
-    QString text() const { return magnitude.toFieldString() + QLatin1Char(' ') + side; }
+    QString text() const { return magnitude.toDisplayString() + QLatin1Char(' ') + side; }
 };
 CashFigure cashFigure(const std::optional<Money> &balance);
 // "CURRENT CASH": for CP the magnitude less the debit total, for CR the
 // magnitude plus the credit total; nothing for other types. The side of
 // the previous figure is not consulted.
 std::optional<Money> currentCash(const QString &type, Money previousMagnitude, const VoucherTotals &totals);
+
+
+// The line buttons' checks, in the screen's order, without widgets.
+enum class LineCommand { Add, Change, Remove };
+struct LineEntry
+{
+    QString voucherNo;      // as typed
+    bool accountFound = false;
+    QString amount;         // as typed
+    QString side;           // "DR" / "CR" as typed
+    bool cheque = false;    // POSTED CHEQUE ticked
+    QString chequeDesc;
+    QString chequeNo;
+};
+// The first refusal, with the field at fault, or passed(). The side is
+// not asked of a removal.
+Outcome checkLine(const LineEntry &entry, LineCommand command);
+// DR/CR typed into the side field.
+Outcome checkSide(const QString &side);
+// The question of modify mode: a number, then a type.
+Outcome checkVoucherQuestion(const QString &number, const QString &type);
+// The window's title for a voucher of this type.
+QString titleOfType(const QString &type);
 
 } // namespace VoucherRules

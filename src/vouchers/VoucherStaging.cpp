@@ -27,7 +27,7 @@ VoucherLine lineFromRow(const Row &r)
 {
     VoucherLine l;
     l.srNo = r.integer("SrNo");
-    l.state = r.text("DBCR").trimmed();
+    l.state = lineStateFromWord(r.text("DBCR")).value_or(LineState::Insert);
     l.invoiceNo = r.text("InvoiceNo");
     l.partyCode = r.text("PartyCode").trimmed();
     l.partyName = r.text("PartyName").trimmed();
@@ -60,7 +60,7 @@ void VoucherStaging::put(const VoucherKey &h, const VoucherLine &l)
     m_db.execute(QStringLiteral("INSERT INTO tblPartyBalanceEmpty (") + kColumns
                      + QStringLiteral(") VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)"),
                  {l.srNo, h.type, h.number, h.date, l.invoiceNo, l.partyCode, l.partyName, l.debit.toVariant(),
-                  l.credit.toVariant(), (l.debit - l.credit).toVariant(), l.description, l.state,
+                  l.credit.toVariant(), (l.debit - l.credit).toVariant(), l.description, lineStateWord(l.state),
                   chequeNo(l.cheque), chequeDesc(l.cheque)});
 }
 
@@ -70,7 +70,7 @@ qint64 VoucherStaging::addLine(const VoucherKey &header, const LineInput &in, qi
     const qint64 top = m_db.scalar(QStringLiteral("SELECT MAX(SrNo) FROM tblPartyBalanceEmpty")).toLongLong();
     VoucherLine l = lineFromInput(in);
     l.srNo = qMax(lineSrNo, top) + 1;
-    l.state = QStringLiteral("INSERT");
+    l.state = LineState::Insert;
     put(header, l);
     restamp(header);
     tx.commit();
@@ -149,26 +149,35 @@ bool VoucherStaging::isEmpty()
     return m_db.scalar(QStringLiteral("SELECT COUNT(*) FROM tblPartyBalanceEmpty")).toLongLong() == 0;
 }
 
-int VoucherStaging::loadVoucher(const VoucherKey &key)
+QVector<VoucherLine> VoucherStaging::postedLines(const VoucherKey &key)
 {
-    Transaction tx(m_db);
-    clear();
     const QueryResult rows = m_db.select(
         QStringLiteral("SELECT SrNo, InvoiceNo, PartyCode, PartyName, PartyDR, PartyCR, PartyDesc FROM tblPartyBalance "
                        "WHERE PartyCode <> ? AND VoucherType = ? AND VoucherNo = ? AND VDate = ? ORDER BY SrNo"),
         {Ledger::kCashCode, key.type, key.number, key.date});
+    QVector<VoucherLine> lines;
     for (const Row &r : rows) {
         VoucherLine l;
         l.srNo = r.integer("SrNo");
-        l.state = QStringLiteral("UPDATE");
+        l.state = LineState::Update;
         l.invoiceNo = r.text("InvoiceNo");
         l.partyCode = r.text("PartyCode").trimmed();
         l.partyName = r.text("PartyName").trimmed();
         l.description = r.text("PartyDesc");
         l.debit = r.moneyOrZero("PartyDR");
         l.credit = r.moneyOrZero("PartyCR");
-        put(key, l);
+        lines << l;
     }
+    return lines;
+}
+
+int VoucherStaging::loadVoucher(const VoucherKey &key)
+{
+    Transaction tx(m_db);
+    clear();
+    const QVector<VoucherLine> lines = postedLines(key);
+    for (const VoucherLine &l : lines)
+        put(key, l);
     tx.commit();
-    return rows.size();
+    return lines.size();
 }

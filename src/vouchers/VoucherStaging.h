@@ -21,9 +21,10 @@ struct LineInput
 };
 
 // The voucher being typed, in this workstation's private staging table
-// tblPartyBalanceEmpty. The state column DBCR says what the save does with
-// a line: "INSERT" adds it, "UPDATE" rewrites its ledger row, "DELETE"
-// removes it.
+// tblPartyBalanceEmpty, which the save reads. The state column DBCR keeps
+// the line's LineState as a word: "INSERT" adds it, "UPDATE" rewrites its
+// ledger row, "DELETE" removes it. A screen holds its lines in a
+// StagedLines and mirrors them here with clear() and put().
 class VoucherStaging
 {
 public:
@@ -52,6 +53,9 @@ public:
     VoucherTotals totals();
     bool isEmpty();
 
+    // The lines of a posted voucher, every row but the cash row, as
+    // Update lines under the ledger's SrNo.
+    QVector<VoucherLine> postedLines(const VoucherKey &key);
     // Pulls a posted voucher into staging, every row but the cash row, as
     // "UPDATE" lines under the ledger's SrNo. Returns the lines loaded.
     int loadVoucher(const VoucherKey &key);

@@ -24,8 +24,9 @@ void TestDateRules::checkDate_data()
     QTest::addColumn<int>("expected");
     const int ok = int(Check::Ok), wrong = int(Check::Wrong), missing = int(Check::Missing);
     QTest::newRow("plain") << "15/06/2024" << ok;
-    QTest::newRow("29 feb 1900 counts as leap") << "29/02/1900" << ok;
-    QTest::newRow("29 feb 2100 counts as leap") << "29/02/2100" << ok;
+    QTest::newRow("29 feb 1900, no day of the calendar") << "29/02/1900" << wrong;
+    QTest::newRow("29 feb 2100, no day of the calendar") << "29/02/2100" << wrong;
+    QTest::newRow("29 feb 2000") << "29/02/2000" << ok;
     QTest::newRow("29 feb 2024") << "29/02/2024" << ok;
     QTest::newRow("29 feb 2023") << "29/02/2023" << wrong;
     QTest::newRow("30 feb 2024") << "30/02/2024" << wrong;

@@ -1,5 +1,6 @@
 #include "foundation/ConnectionProfile.h"
 
+#include <QFile>
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -11,6 +12,7 @@ private Q_SLOTS:
     void readmeExample();
     void noFileOffersTheEmbeddedStoreAlone();
     void dataDirFromEnvironmentWins();
+    void lineConfirmationsPerUser();
 };
 
 void TestSettings::readmeExample()
@@ -70,6 +72,20 @@ void TestSettings::dataDirFromEnvironmentWins()
     qputenv("TESSEL_DATA_DIR", "/tmp/somewhere-else");
     QCOMPARE(AppSettings::load(QString()).profiles.first().dataDir, QStringLiteral("/tmp/somewhere-else"));
     qunsetenv("TESSEL_DATA_DIR");
+}
+
+void TestSettings::lineConfirmationsPerUser()
+{
+    QTemporaryDir dir;
+    const QString path = dir.filePath(QStringLiteral("tessel.ini"));
+    QFile f(path);
+    QVERIFY(f.open(QIODevice::WriteOnly));
+    f.write("[user.CLERK]\nlineConfirmations=statusbar\n[user.ADMIN]\nlineConfirmations=box\n");
+    f.close();
+    QVERIFY(AppSettings::lineConfirmationsInStatusBar(QStringLiteral("CLERK"), path));
+    QVERIFY(!AppSettings::lineConfirmationsInStatusBar(QStringLiteral("ADMIN"), path));
+    QVERIFY(!AppSettings::lineConfirmationsInStatusBar(QStringLiteral("OTHER"), path));
+    QVERIFY(!AppSettings::lineConfirmationsInStatusBar(QStringLiteral("CLERK"), dir.filePath(QStringLiteral("none.ini"))));
 }
 
 QTEST_GUILESS_MAIN(TestSettings)

@@ -118,7 +118,7 @@ private slots:
         LedgerFixture::seedYear(*db);
         db->setReportPeriod(from, to);
 
-        for (const QString view : {QStringLiteral("BalanceSheet"), QStringLiteral("BalanceSheetSingleDate")}) {
+        for (const QString &view : {QStringLiteral("BalanceSheet"), QStringLiteral("BalanceSheetSingleDate")}) {
             QCOMPARE(total(*db, view, "PartyBalance"), Money());
             QCOMPARE(total(*db, view, "PartyDR"), total(*db, view, "PartyCR"));
             QCOMPARE(db->scalar(QStringLiteral("SELECT COUNT(*) FROM %1 WHERE PartyCode < '10-00-000' OR PartyCode > '20-01-999'")

@@ -451,18 +451,24 @@ private slots:
         db->execute(QStringLiteral("DELETE FROM tblPartyInfo"));
         const QStringList names = DesignCatalogue::shippedNames();
         QVERIFY(names.contains(QStringLiteral("crSingleVoucher")));
+        // Designs over a source that another part of the program has not
+        // made yet. Empty once every design is built; a design listed here
+        // that renders is a stale entry and fails the test.
+        const QStringList pending = {};
         for (const QString &n : names) {
             ReportRequest req{n};
             req.to = QDate(2026, 1, 31);
+            bool rendered = false;
+            QString fault;
             try {
-                const RenderedReport r = ReportFrame::render(*db, req, kShipped);
-                QVERIFY2(r.pageCount() == 1, qPrintable(n));
+                rendered = ReportFrame::render(*db, req, kShipped).pageCount() == 1;
             } catch (const DbError &e) {
-                // A design whose view another part of the program has not made yet.
-                if (!e.driverText().contains(QLatin1String("no such table"), Qt::CaseInsensitive)
-                    && !e.driverText().contains(QLatin1String("does not exist")))
-                    QFAIL(qPrintable(n + QStringLiteral(": ") + e.driverText()));
+                fault = e.driverText();
             }
+            if (pending.contains(n))
+                QVERIFY2(!rendered, qPrintable(n + QStringLiteral(" renders now: take it off the pending list")));
+            else
+                QVERIFY2(rendered, qPrintable(n + QStringLiteral(": ") + fault));
         }
     }
 

@@ -41,7 +41,7 @@ inline LineInput line(const QString &code, const QString &name, Money amount, co
 }
 
 // Posts a voucher through staging as the screen does.
-inline PostingOutcome stageAndSave(SessionConnection &db, const VoucherKey &key, const QVector<LineInput> &lines,
+inline Outcome stageAndSave(SessionConnection &db, const VoucherKey &key, const QVector<LineInput> &lines,
                                    NumberPolicy policy = NumberPolicy::Proposed)
 {
     VoucherStaging st(db);

@@ -76,11 +76,11 @@ private slots:
         const VoucherKey cr{QStringLiteral("CR"), 1, kDay};
         QVERIFY(stageAndSave(*db, cr, {line("17-10-001", "CRESCENT TEXTILES", m("10.05"), "CR"),
                                        line("14-10-001", "PAPER HOUSE", m("20"), "CR")})
-                    .posted);
+                    .ok);
         const VoucherKey jv{QStringLiteral("JV"), 1, QDate(2026, 4, 17)};
         QVERIFY(stageAndSave(*db, jv, {line("21-10-001", "ELECTRICITY", m("75.50"), "DR"),
                                        line("19-20-001", "CITY BANK", m("75.50"), "CR")})
-                    .posted);
+                    .ok);
         verifyKept(*db, "saved");
         QCOMPARE(Ledger::accountBalance(*db, Ledger::kCashCode), std::optional<Money>(m("30.05")));
 
@@ -94,16 +94,16 @@ private slots:
         QVERIFY(st.changeLine(lines[0].srNo, moved, line("17-10-002", "STAR PACKAGES", m("11"), "CR")));
         QVERIFY(st.removeLine(lines[1].srNo));
         st.addLine(moved, line("21-10-001", "ELECTRICITY", m("3.33"), "CR"), sr);
-        QVERIFY(VoucherPosting(*db, kUser, kToday).saveModified(cr, moved).posted);
+        QVERIFY(VoucherPosting(*db, kUser, kToday).saveModified(cr, moved).ok);
         verifyKept(*db, "modified");
         QCOMPARE(Ledger::accountBalance(*db, QStringLiteral("14-10-001")), std::optional<Money>());
 
         // Deleted, with the sweep of rows that hold nothing.
         st.loadVoucher(moved);
-        QVERIFY(VoucherPosting(*db, kUser, kToday).deleteVoucher(moved).posted);
+        QVERIFY(VoucherPosting(*db, kUser, kToday).deleteVoucher(moved).ok);
         verifyKept(*db, "deleted");
         st.loadVoucher(jv);
-        QVERIFY(VoucherPosting(*db, kUser, kToday).deleteVoucher(jv).posted);
+        QVERIFY(VoucherPosting(*db, kUser, kToday).deleteVoucher(jv).ok);
         verifyKept(*db, "all deleted");
     }
 
@@ -117,7 +117,7 @@ private slots:
         addAccounts(*db);
         QVERIFY(stageAndSave(*db, {QStringLiteral("CR"), 1, kDay},
                              {line("17-10-001", "CRESCENT TEXTILES", m("10"), "CR")})
-                    .posted);
+                    .ok);
         const auto cashBefore = Ledger::accountBalance(*db, Ledger::kCashCode);
         db->setStatementHook([](const QString &sql) {
             if (sql.startsWith(QLatin1String("INSERT INTO tblAccountMonthBalance")))

@@ -78,8 +78,8 @@ void TestVoucherLoad::workstationsAtOnce()
                         addLine(1 + rng.bounded(20), a, QStringLiteral("DR"));
                         addLine(1 + rng.bounded(20), a, QStringLiteral("CR"));
                     }
-                    const PostingOutcome out = posting.saveNew(key, NumberPolicy::Proposed);
-                    if (!out.posted) {
+                    const Outcome out = posting.saveNew(key, NumberPolicy::Proposed);
+                    if (!out.ok) {
                         ++failures;
                         QMutexLocker l(&errorLock);
                         errors << out.message;
@@ -119,7 +119,7 @@ void TestVoucherLoad::workstationsAtOnce()
         QCOMPARE(g.moneyOrZero("Net"), Money());
     }
     // numbers run 1..n without gaps per type
-    for (const QString type : {QStringLiteral("CP"), QStringLiteral("JV")})
+    for (const QString &type : {QStringLiteral("CP"), QStringLiteral("JV")})
         QCOMPARE(db->scalar(QStringLiteral("SELECT MAX(VoucherNo) FROM tblPartyBalance WHERE VoucherType = ?"), {type})
                      .toLongLong(),
                  qint64(total / 2));

@@ -134,9 +134,9 @@ int main(int argc, char **argv)
             line(type == QLatin1String("CP") ? QStringLiteral("DR") : QStringLiteral("CR"));
             stageMs.push_back(t.nsecsElapsed() / 1e6 / 2);
             t.restart();
-            const PostingOutcome o = posting.saveNew(key, NumberPolicy::Proposed);
+            const Outcome o = posting.saveNew(key, NumberPolicy::Proposed);
             saveMs.push_back(t.nsecsElapsed() / 1e6);
-            if (!o.posted) {
+            if (!o.ok) {
                 out << "save refused: " << o.message << "\n";
                 return 1;
             }

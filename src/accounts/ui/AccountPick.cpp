@@ -9,6 +9,7 @@
 
 #include <QAbstractItemView>
 #include <QApplication>
+#include <QCoreApplication>
 #include <QCompleter>
 #include <QComboBox>
 #include <QFocusEvent>
@@ -141,6 +142,23 @@ void AccountPick::nameChanged()
     announce();
 }
 
+bool AccountPick::takeFirstMatch()
+{
+    QCompleter *completer = m_name->completer();
+    const QString typed = m_name->currentText();
+    if (!completer || typed.isEmpty() || !m_lastCode.isEmpty())
+        return false;
+    completer->setCompletionPrefix(typed);
+    if (completer->completionCount() == 0)
+        return false;
+    completer->setCurrentRow(0);
+    const QString first = completer->currentCompletion();
+    if (completer->popup())
+        completer->popup()->hide();
+    setFieldText(m_name, first);
+    return true;
+}
+
 void AccountPick::nameLeft()
 {
     // Leaving the name settles the code just as typing does.
@@ -208,11 +226,35 @@ bool AccountPick::eventFilter(QObject *watched, QEvent *event)
     const bool onName = watched == m_name || (m_name && watched == m_name->lineEdit());
     // Compared by the pointer kept when the list was watched: asking the
     // combo for its completer here could reach a combo being destroyed.
+    // The completion list closing when the text stops matching leaves the
+    // text selected, and the next key would wipe it: that key types on at
+    // the end instead.
+    if (event->type() == QEvent::Hide && m_popup && watched == m_popup.data())
+        m_keepTyped = true;
+    if (onName && event->type() == QEvent::FocusIn)
+        m_keepTyped = false;
+    if (onName && event->type() == QEvent::KeyPress && m_keepTyped && m_name->lineEdit()) {
+        m_keepTyped = false;
+        QLineEdit *edit = m_name->lineEdit();
+        const auto *key = static_cast<QKeyEvent *>(event);
+        if (!key->text().isEmpty() && key->text().at(0).isPrint() && edit->hasSelectedText()
+            && edit->selectedText() == edit->text())
+            edit->setCursorPosition(edit->text().size());
+    }
     if (event->type() == QEvent::KeyPress && m_popup && watched == m_popup.data()) {
         auto *key = static_cast<QKeyEvent *>(event);
         if (key->key() == Qt::Key_Escape && key->modifiers() == Qt::NoModifier) {
             m_popup->hide();
             openSearch();
+            return true;
+        }
+        // Enter on the list with no row chosen takes its first row, and
+        // then moves on as Enter in the field does.
+        if ((key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter) && !m_popup->currentIndex().isValid()) {
+            m_popup->hide();
+            takeFirstMatch();
+            QKeyEvent again(QEvent::KeyPress, key->key(), key->modifiers());
+            QCoreApplication::sendEvent(m_name, &again);
             return true;
         }
     }
@@ -222,6 +264,8 @@ bool AccountPick::eventFilter(QObject *watched, QEvent *event)
             openSearch();
             return true;
         }
+        if (key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter)
+            takeFirstMatch(); // and Enter goes on to the next field
     } else if (onName && event->type() == QEvent::FocusOut) {
         const auto *focus = static_cast<QFocusEvent *>(event);
         QWidget *now = QApplication::focusWidget();

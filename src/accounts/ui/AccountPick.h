@@ -25,6 +25,8 @@ class QueryResult;
 // - Typing in the code sets the name when the code is found and leaves it
 //   otherwise (a half-typed code does not wipe the name); leaving the code
 //   with a code that no account has blanks the name.
+// - Enter in the name on text that is no account's name takes the first
+//   account the completion list offers ("TRIC" gives ELECTRICITY).
 // - Escape in the name lists the accounts whose names hold every word of
 //   it; Enter, a click or a double click on a row takes it (name and code)
 //   and puts the focus on the code; Escape in the list closes it.
@@ -61,6 +63,9 @@ public:
     void openSearch();
     // Takes the search grid's current row (what Enter on the grid does).
     void pickFromSearch();
+    // Text that names no account takes the first account the completion
+    // offers for it (what Enter in the name does); false when none.
+    bool takeFirstMatch();
 
 Q_SIGNALS:
     // After either field moved: the code and name now shown (code empty
@@ -89,4 +94,5 @@ private:
     QString m_lastName;
     QString m_shownCode;
     bool m_announced = false;
+    bool m_keepTyped = false; // the list just closed on text that matches nothing
 };

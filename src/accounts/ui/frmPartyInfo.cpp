@@ -2,7 +2,7 @@
 
 #include "accounts/AccountRules.h"
 #include "accounts/CareOfList.h"
-#include "accounts/ui/CommandGate.h"
+#include "foundation/ui/CommandGate.h"
 #include "foundation/Lookups.h"
 #include "foundation/Session.h"
 #include "foundation/ui/KeyFilters.h"
@@ -68,7 +68,7 @@ frmPartyInfo::frmPartyInfo(QWidget *parent)
     SafeTextKey::attach(txtPartyAddress);
     SafeTextKey::attach(txtPartyDesc);
     SafeTextKey::attach(cmbCareOf);
-    attachFaxFilter(txtPartyFax);
+    FaxFilter::attach(txtPartyFax);
     DigitsOnly::attach(txtDueDays);
     DecimalOnly::attach(txtBalance);
     // Within what the columns hold, so no amount is ever cut or wrapped.
@@ -165,17 +165,6 @@ void frmPartyInfo::showSimilarNames()
     });
 }
 
-QWidget *frmPartyInfo::fieldFor(Outcome::Field field) const
-{
-    switch (field) {
-    case Outcome::Field::Code: return mskPartyCode;
-    case Outcome::Field::Name: return txtPartyName;
-    case Outcome::Field::Balance: return txtBalance;
-    case Outcome::Field::Date: return mskDate;
-    default: return nullptr;
-    }
-}
-
 void frmPartyInfo::save()
 {
     Accounts::NewAccount a;
@@ -197,21 +186,19 @@ void frmPartyInfo::save()
 
     Outcome result;
     const bool ran = runSafely(this, [&] {
-        result = Accounts::createAccount(session().db(), a, session().currentUserName, session().today.isValid()
-                                                                                              ? session().today
-                                                                                              : QDate::currentDate());
+        result = Accounts::createAccount(session().db(), a, session().currentUserName, session().dateToday());
     });
     if (!ran)
         return;
     if (!result.ok) {
-        MessageService::critical(this, result.message);
-        if (QWidget *f = fieldFor(result.field))
-            f->setFocus(Qt::OtherFocusReason);
+        refuse(result);
         return;
     }
     m_lastSavedCode = a.code;
     MessageService::information(this, result.message);
     clearForNext();
+    // LAST CODE now names the account just saved, the last of its group.
+    runSafely(this, [&] { txtLastCode->setText(Accounts::lastCodeUnder(session().db(), a.code)); });
     mskPartyCode->setFocus(Qt::OtherFocusReason);
 }
 

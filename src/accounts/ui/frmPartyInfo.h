@@ -1,6 +1,6 @@
 #pragma once
 
-#include "accounts/Outcome.h"
+#include "foundation/Outcome.h"
 #include "foundation/ui/BaseScreen.h"
 
 class QComboBox;
@@ -62,7 +62,6 @@ private:
     void showSimilarNames();
     void save();
     void clearForNext();
-    QWidget *fieldFor(Outcome::Field field) const;
 
     CommandGate *m_saveGate = nullptr;
     QString m_lastSavedCode;

@@ -2,7 +2,7 @@
 
 #include "accounts/CareOfList.h"
 #include "accounts/TitleList.h"
-#include "accounts/ui/CommandGate.h"
+#include "foundation/ui/CommandGate.h"
 #include "foundation/Session.h"
 #include "foundation/ui/KeyFilters.h"
 #include "foundation/ui/MessageService.h"
@@ -16,13 +16,6 @@
 #include <QTableView>
 
 namespace {
-void refuse(QWidget *parent, const Outcome &r, QWidget *field)
-{
-    MessageService::critical(parent, r.message);
-    if (field)
-        field->setFocus(Qt::OtherFocusReason);
-}
-
 // Keeps a short screen's fields at the top.
 void packTop(BaseScreen *s)
 {
@@ -59,8 +52,10 @@ void frmAddTitleName::save()
     Outcome r;
     if (!runSafely(this, [&] { r = TitleList::add(session().db(), txtTitleName->text()); }))
         return;
-    if (!r.ok)
-        return refuse(this, r, txtTitleName);
+    if (!r.ok) {
+        refuse(r);
+        return;
+    }
     MessageService::information(this, r.message);
     txtTitleName->clear();
     txtTitleName->setFocus(Qt::OtherFocusReason);
@@ -97,19 +92,8 @@ void frmTitleName::choose()
             invoice->closeScreen();
     }
     const QString title = cmbTitleName->currentText();
-    bool known = true;
-    if (!runSafely(this, [&] {
-            known = title.isEmpty() || TitleList::exists(session().db(), title);
-            if (known)
-                TitleList::applyLetterhead(session().db(), title, session());
-        }))
-        return;
-    if (!known) {
-        MessageService::critical(this, TitleList::Msg::noSuchTitle());
-        cmbTitleName->setFocus(Qt::OtherFocusReason);
-        return;
-    }
-    closeScreen();
+    if (runSafely(this, [&] { TitleList::applyLetterhead(session().db(), title, session()); }))
+        closeScreen();
 }
 
 // ---------------------------------------------------------------- letterhead
@@ -174,8 +158,10 @@ void frmLetterhead::save()
     Outcome r;
     if (!runSafely(this, [&] { r = TitleList::saveLetterhead(session().db(), l); }))
         return;
-    if (!r.ok)
-        return refuse(this, r, cmbTitleName);
+    if (!r.ok) {
+        refuse(r);
+        return;
+    }
     // The working title shows its new lines at once.
     if (session().currentTitle == l.titleName.trimmed())
         runSafely(this, [&] { TitleList::applyLetterhead(session().db(), session().currentTitle, session()); });
@@ -229,7 +215,7 @@ bool frmCareOf::check()
     if (!runSafely(this, [&] { r = CareOfList::check(session().db(), txtName->text(), txtDesignation->text()); }))
         return false;
     if (!r.ok)
-        refuse(this, r, r.field == Outcome::Field::Designation ? txtDesignation : txtName);
+        refuse(r);
     return r.ok;
 }
 
@@ -240,8 +226,10 @@ void frmCareOf::save()
             r = CareOfList::add(session().db(), txtName->text(), txtDesignation->text(), session().currentUserName);
         }))
         return;
-    if (!r.ok)
-        return refuse(this, r, r.field == Outcome::Field::Designation ? txtDesignation : txtName);
+    if (!r.ok) {
+        refuse(r);
+        return;
+    }
     MessageService::information(this, r.message);
     txtName->clear();
     txtDesignation->clear();

@@ -1,5 +1,8 @@
 #include "foundation/ui/BaseScreen.h"
 
+#include "foundation/ui/MessageService.h"
+#include <QKeyEvent>
+
 #include "foundation/ui/FieldStyle.h"
 #include "foundation/ui/MaskedLineEdit.h"
 #include "foundation/ui/QueryTableModel.h"
@@ -78,6 +81,33 @@ BaseScreen::BaseScreen(QWidget *parent)
 }
 
 QString BaseScreen::title() const { return lblTitle->text(); }
+
+bool BaseScreen::refuse(const Outcome &outcome)
+{
+    if (!outcome.message.isEmpty())
+        MessageService::critical(this, outcome.message);
+    if (QWidget *w = field(outcome.field))
+        w->setFocus(Qt::OtherFocusReason);
+    return false;
+}
+
+QWidget *BaseScreen::field(const QString &objectName) const
+{
+    return objectName.isEmpty() ? nullptr : findChild<QWidget *>(objectName);
+}
+
+void BaseScreen::keyPressEvent(QKeyEvent *event)
+{
+    // Escape reaches the screen only when no field used it (a list, a
+    // search or a completion takes its own).
+    if ((event->key() == Qt::Key_Escape && event->modifiers() == Qt::NoModifier)
+        || (event->key() == Qt::Key_F4 && event->modifiers() == Qt::ControlModifier)) {
+        event->accept();
+        closeScreen();
+        return;
+    }
+    QWidget::keyPressEvent(event);
+}
 
 void BaseScreen::setTitle(const QString &title)
 {

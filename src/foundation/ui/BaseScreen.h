@@ -1,5 +1,6 @@
 #pragma once
 
+#include "foundation/Outcome.h"
 #include "foundation/SessionConnection.h"
 
 #include <QFrame>
@@ -75,11 +76,19 @@ public:
     // menu has set the session's mode variables.
     virtual void onOpened() {}
 
-    // Closes the screen (and its window in the main window).
+    // Closes the screen (and its window in the main window). Escape that
+    // no field takes, and Ctrl+F4, do the same.
     void closeScreen();
+
+    // Shows a rule's refusal (critical; no box when it has no words) and
+    // puts the focus on the field it names. Returns false, for checks.
+    bool refuse(const Outcome &outcome);
+    // The child widget of that objectName, or nullptr.
+    QWidget *field(const QString &objectName) const;
 
 protected:
     void showEvent(QShowEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
 
     QLabel *lblTitle = nullptr;
     QToolButton *imgMinimize = nullptr;

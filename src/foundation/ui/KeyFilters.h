@@ -54,6 +54,9 @@ struct LettersUpperObj { static KeyRuleValidator *attach(QWidget *field) { retur
 // Free text: no ";" "," or "'", raised to upper case.
 struct SafeTextKey { static KeyRuleValidator *attach(QWidget *field) { return attachKeyRule(field, KeyRules::Kind::SafeText); } };
 
+// The fax field: digits, blank, comma and dash.
+struct FaxFilter { static KeyRuleValidator *attach(QWidget *field) { return attachKeyRule(field, KeyRules::Kind::Fax); } };
+
 // Shift pressed alone in `field` sends the focus to `next`: the jump from
 // a combo to a fixed following field.
 class FocusNextOnKey : public QObject

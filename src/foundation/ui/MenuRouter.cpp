@@ -56,15 +56,3 @@ bool MenuRouter::trigger(const QString &actionName, MdiHost &host) const
     QApplication::restoreOverrideCursor();
     return ok;
 }
-
-void MenuRouter::registerAll()
-{
-    registerAccountsMenu(*this);
-    registerVouchersMenu(*this);
-    registerSalesMenu(*this);
-    registerStockMenu(*this);
-    registerPayrollMenu(*this);
-    registerReportsMenu(*this);
-    registerAdminMenu(*this);
-    registerServicesMenu(*this);
-}

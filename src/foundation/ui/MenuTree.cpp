@@ -24,7 +24,7 @@ const QVector<MenuEntry> &mainMenuTree()
         {2, "mnuPOpeningBalance", "OPENING BALANCE"},
         {2, "mnuPModifyBalance", "MODIFY BALANCE"},
 
-        {0, "mnuPPrintParty", "VIEW / PRINT REPORTS"},
+        {0, "mnuPPrintParty", "&VIEW / PRINT REPORTS"},
         {1, "mnuPrintVoucher", "PRINT VOUCHER"},
         {1, "mnuCashAndBanks", "CASH AND BANKS"},
         {2, "mnuCashBookBetweenTwoDates", "CASH BOOK BETWEEN TWO DATES"},
@@ -48,12 +48,12 @@ const QVector<MenuEntry> &mainMenuTree()
         {2, "mnuMonthlyProfitAndLossReport", "MONTHLY PROFIT AND LOSS REPORT"},
         {1, "mnuAgingReport", "AGING REPORT"},
 
-        {0, "mnuItemCoding", "ITEM CODING"},
+        {0, "mnuItemCoding", "ITE&M CODING"},
         {1, "mnuEnterItemCoding", "ENTER ITEM CODING"},
         {1, "mnuModifyItemCoding", "MODIFY ITEM CODING"},
         {1, "mnuViewItemCoding", "VIEW ITEM CODING"},
 
-        {0, "mnuPurchaseOrder", "PURCHASE ORDER"},
+        {0, "mnuPurchaseOrder", "&PURCHASE ORDER"},
         {1, "mnuEnterPurchaseOrder", "ENTER PURCHASE ORDER"},
         {1, "mnuModifyPurchaseOrder", "MODIFY PURCHASE ORDER"},
         {1, "mnuDeletePurchaseOrder", "DELETE PURCHASE ORDER"},
@@ -126,7 +126,7 @@ const QVector<MenuEntry> &mainMenuTree()
         {1, "mnuUClosingDate", "CLOSING DATE"},
         {1, "mnuEndYearProcessing", "END YEAR PROCESSING"},
 
-        {0, "mnuAbout", "&ABOUT"},
+        {0, "mnuAbout", "A&BOUT"},
         {1, "mnuATessel", "TESSEL"},
     };
     return tree;

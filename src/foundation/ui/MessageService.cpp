@@ -1,5 +1,10 @@
 #include "foundation/ui/MessageService.h"
 
+#include "foundation/Session.h"
+
+#include <QMainWindow>
+#include <QStatusBar>
+
 #include <QApplication>
 #include <QMessageBox>
 #include <QPushButton>
@@ -11,6 +16,19 @@ QString g_caption = QStringLiteral("Tessel");
 
 void MessageService::critical(QWidget *parent, const QString &text) { show(parent, Kind::Critical, text); }
 void MessageService::information(QWidget *parent, const QString &text) { show(parent, Kind::Information, text); }
+void MessageService::confirmLine(QWidget *parent, const QString &text)
+{
+    if (session().lineConfirmationsInStatusBar && parent) {
+        for (QWidget *w = parent; w; w = w->parentWidget()) {
+            if (auto *main = qobject_cast<QMainWindow *>(w)) {
+                main->statusBar()->showMessage(text, 4000);
+                return;
+            }
+        }
+    }
+    information(parent, text);
+}
+
 bool MessageService::askYesNo(QWidget *parent, const QString &text) { return show(parent, Kind::Question, text); }
 bool MessageService::askYesNoCritical(QWidget *parent, const QString &text) { return show(parent, Kind::CriticalQuestion, text); }
 

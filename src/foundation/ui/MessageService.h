@@ -30,6 +30,11 @@ public:
     // Yes/No with the critical icon, No the default (the quit question).
     static bool askYesNoCritical(QWidget *parent, const QString &text);
 
+    // The confirmation of a line added, changed or removed on an entry
+    // screen: a box, or for a user who prefers it a note in the main
+    // window's status bar. Refusals are always boxes.
+    static void confirmLine(QWidget *parent, const QString &text);
+
     // The caption of every message box.
     static QString caption();
     static void setCaption(const QString &caption);

@@ -1,5 +1,7 @@
 #include "foundation/ui/frmLogOn.h"
 
+#include "foundation/ConnectionProfile.h"
+
 #include "foundation/Logon.h"
 #include "foundation/Session.h"
 #include "foundation/ui/FieldStyle.h"
@@ -95,6 +97,7 @@ void frmLogOn::logOn()
         m_failures = 0;
         s.currentUserName = result.userName;
         s.currentUserType = result.userType;
+        s.lineConfirmationsInStatusBar = AppSettings::lineConfirmationsInStatusBar(s.currentUserName);
         accept();
         Q_EMIT loggedOn();
         return;

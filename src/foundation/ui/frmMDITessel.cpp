@@ -31,6 +31,25 @@ void PanelLabel::mouseReleaseEvent(QMouseEvent *event)
     QLabel::mouseReleaseEvent(event);
 }
 
+void PanelLabel::keyPressEvent(QKeyEvent *event)
+{
+    switch (event->key()) {
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+    case Qt::Key_Space:
+        Q_EMIT clicked();
+        return;
+    case Qt::Key_Down:
+        focusNextChild();
+        return;
+    case Qt::Key_Up:
+        focusPreviousChild();
+        return;
+    default:
+        QLabel::keyPressEvent(event);
+    }
+}
+
 QIcon tesselIcon()
 {
     QPixmap pix(64, 64);
@@ -163,6 +182,7 @@ void frmMDITessel::buildSidePanel()
         "QFrame#PicLeft { background: qlineargradient(x1:0, y1:0, x2:0, y2:1, stop:0 #015A4D, stop:1 #017C6A); }"
         "QLabel { color: white; padding: 7px 14px; font-weight: bold; border-radius: 3px; }"
         "QLabel:hover { background: rgba(255,255,255,40); }"
+        "QLabel:focus { background: rgba(255,255,255,70); }"
         "QLabel:disabled { color: rgba(255,255,255,90); }"
         "QLabel#lblPanelHead { font-size: 15pt; padding: 14px 14px 10px 14px; }"));
     auto *layout = new QVBoxLayout(PicLeft);
@@ -175,6 +195,7 @@ void frmMDITessel::buildSidePanel()
         auto *label = new PanelLabel(QString::fromLatin1(p.caption), PicLeft);
         label->setObjectName(QString::fromLatin1(p.label));
         label->setCursor(Qt::PointingHandCursor);
+        label->setFocusPolicy(Qt::TabFocus); // F6 enters the panel, Tab and the arrows move along it
         const QString actionName = QString::fromLatin1(p.action);
         label->setToolTip(menuAction(actionName) ? menuAction(actionName)->text() : QString());
         layout->addWidget(label);
@@ -186,6 +207,19 @@ void frmMDITessel::buildSidePanel()
             connect(a, &QAction::changed, label, refresh);
     }
     layout->addStretch(1);
+    // F6 goes to the side panel's first entry the user can reach.
+    auto *toPanel = new QAction(this);
+    toPanel->setObjectName(QStringLiteral("actSidePanel"));
+    toPanel->setShortcut(QKeySequence(Qt::Key_F6));
+    toPanel->setShortcutContext(Qt::WindowShortcut);
+    addAction(toPanel);
+    connect(toPanel, &QAction::triggered, this, [this] {
+        for (auto *label : PicLeft->findChildren<PanelLabel *>())
+            if (label->isVisible() && label->isEnabled()) {
+                label->setFocus(Qt::ShortcutFocusReason);
+                return;
+            }
+    });
 }
 
 QAction *frmMDITessel::menuAction(const QString &objectName) const

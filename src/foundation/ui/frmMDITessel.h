@@ -24,6 +24,8 @@ Q_SIGNALS:
     void clicked();
 protected:
     void mouseReleaseEvent(QMouseEvent *event) override;
+    // Enter or Space runs it; Up and Down move along the panel.
+    void keyPressEvent(QKeyEvent *event) override;
 };
 
 // The main window: the menu tree, the side panel PicLeft and the area the

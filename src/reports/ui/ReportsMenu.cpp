@@ -49,7 +49,7 @@ void registerReportsMenu(MenuRouter &router)
         Reports::ReportRequest req;
         req.design = QStringLiteral("crCashAndBankUptoDate");
         req.title = QStringLiteral("CASH AND BANK UPTO DATE");
-        req.to = session().today.isValid() ? session().today : QDate::currentDate();
+        req.to = session().dateToday();
         req.writePeriodRow = false;
         Reports::showReport(host.mainWindow(), req);
     });

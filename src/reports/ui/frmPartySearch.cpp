@@ -1,7 +1,7 @@
 #include "reports/ui/frmPartySearch.h"
 
 #include "accounts/ui/AccountPick.h"
-#include "accounts/ui/CommandGate.h"
+#include "foundation/ui/CommandGate.h"
 #include "foundation/Session.h"
 #include "foundation/ui/KeyFilters.h"
 #include "foundation/ui/MaskedLineEdit.h"
@@ -59,7 +59,7 @@ frmPartySearch::frmPartySearch(QWidget *parent) : BaseScreen(parent)
     const QDate first = session().firstOpenDate;
     if (first.isValid())
         DateToMaskText(first, mskDateFrom);
-    DateToMaskText(session().today.isValid() ? session().today : QDate::currentDate(), mskDateTo);
+    DateToMaskText(session().dateToday(), mskDateTo);
 }
 
 void frmPartySearch::onOpened()

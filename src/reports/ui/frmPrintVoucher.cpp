@@ -1,10 +1,11 @@
 #include "reports/ui/frmPrintVoucher.h"
 
-#include "accounts/ui/CommandGate.h"
+#include "foundation/ui/CommandGate.h"
 #include "foundation/Session.h"
 #include "foundation/ui/KeyFilters.h"
 #include "foundation/ui/MaskedLineEdit.h"
 #include "foundation/ui/MessageService.h"
+#include "foundation/ui/ScreenBuild.h"
 #include "foundation/ui/ScreenServices.h"
 #include "reports/VoucherPrinting.h"
 #include "reports/ui/frmViewReport.h"
@@ -19,23 +20,7 @@
 #include <QPushButton>
 #include <QRadioButton>
 
-namespace {
-
-QLabel *caption(const QString &text, QWidget *buddy, QWidget *parent)
-{
-    auto *l = new QLabel(text, parent);
-    l->setBuddy(buddy);
-    return l;
-}
-
-QPushButton *panelButton(const QString &name, const QString &text, QWidget *parent)
-{
-    auto *b = new QPushButton(text, parent);
-    b->setObjectName(name);
-    return b;
-}
-
-} // namespace
+using namespace ScreenBuild;
 
 frmPrintVoucher::frmPrintVoucher(QWidget *parent) : BaseScreen(parent)
 {
@@ -55,15 +40,15 @@ frmPrintVoucher::frmPrintVoucher(QWidget *parent) : BaseScreen(parent)
     DigitsOnly::attach(txtShowVoucherNo);
     mskDate = new MaskedLineEdit(MaskedLineEdit::dateMask(), frOuterVoucherNo);
     mskDate->setObjectName(QStringLiteral("mskDate"));
-    g1->addWidget(caption(QStringLiteral("VOUCHER TYPE:"), cmbVoucherType, frOuterVoucherNo), 0, 0, Qt::AlignRight);
+    g1->addWidget(caption(QStringLiteral("VOUCHER TYPE:"), cmbVoucherType), 0, 0, Qt::AlignRight);
     g1->addWidget(cmbVoucherType, 0, 1);
-    g1->addWidget(caption(QStringLiteral("VOUCHER #:"), txtShowVoucherNo, frOuterVoucherNo), 1, 0, Qt::AlignRight);
+    g1->addWidget(caption(QStringLiteral("VOUCHER #:"), txtShowVoucherNo), 1, 0, Qt::AlignRight);
     g1->addWidget(txtShowVoucherNo, 1, 1);
-    g1->addWidget(caption(QStringLiteral("DATE:"), mskDate, frOuterVoucherNo), 2, 0, Qt::AlignRight);
+    g1->addWidget(caption(QStringLiteral("DATE:"), mskDate), 2, 0, Qt::AlignRight);
     g1->addWidget(mskDate, 2, 1);
     auto *b1 = new QHBoxLayout;
-    cmdVoucherNoOkay = panelButton(QStringLiteral("cmdVoucherNoOkay"), QStringLiteral("&OK"), frOuterVoucherNo);
-    cmdVoucherNoCancel = panelButton(QStringLiteral("cmdVoucherNoCancel"), QStringLiteral("&CANCEL"), frOuterVoucherNo);
+    cmdVoucherNoOkay = button(frOuterVoucherNo, QStringLiteral("cmdVoucherNoOkay"), QStringLiteral("&OK"));
+    cmdVoucherNoCancel = button(frOuterVoucherNo, QStringLiteral("cmdVoucherNoCancel"), QStringLiteral("&CANCEL"));
     b1->addStretch(1);
     b1->addWidget(cmdVoucherNoOkay);
     b1->addWidget(cmdVoucherNoCancel);
@@ -93,9 +78,9 @@ frmPrintVoucher::frmPrintVoucher(QWidget *parent) : BaseScreen(parent)
     auto *group = new QButtonGroup(this);
     for (QRadioButton *o : {optSingleVoucher, optAllVouchers, optBounceVouchers, optRecordTracking})
         group->addButton(o);
-    g2->addWidget(caption(QStringLiteral("DATE FROM:"), mskDateFrom, frOuterVoucherDate), 0, 0, Qt::AlignRight);
+    g2->addWidget(caption(QStringLiteral("DATE FROM:"), mskDateFrom), 0, 0, Qt::AlignRight);
     g2->addWidget(mskDateFrom, 0, 1);
-    g2->addWidget(caption(QStringLiteral("DATE TO:"), mskDateTo, frOuterVoucherDate), 1, 0, Qt::AlignRight);
+    g2->addWidget(caption(QStringLiteral("DATE TO:"), mskDateTo), 1, 0, Qt::AlignRight);
     g2->addWidget(mskDateTo, 1, 1);
     g2->addWidget(optSingleVoucher, 2, 0);
     g2->addWidget(cmbVoucherTypeSingle, 2, 1);
@@ -103,8 +88,8 @@ frmPrintVoucher::frmPrintVoucher(QWidget *parent) : BaseScreen(parent)
     g2->addWidget(optBounceVouchers, 4, 0, 1, 2);
     g2->addWidget(optRecordTracking, 5, 0, 1, 2);
     auto *b2 = new QHBoxLayout;
-    cmdDailyVoucherListing = panelButton(QStringLiteral("cmdDailyVoucherListing"), QStringLiteral("&SHOW"), frOuterVoucherDate);
-    cmdVoucherCancel = panelButton(QStringLiteral("cmdVoucherCancel"), QStringLiteral("&CANCEL"), frOuterVoucherDate);
+    cmdDailyVoucherListing = button(frOuterVoucherDate, QStringLiteral("cmdDailyVoucherListing"), QStringLiteral("&SHOW"));
+    cmdVoucherCancel = button(frOuterVoucherDate, QStringLiteral("cmdVoucherCancel"), QStringLiteral("&CANCEL"));
     b2->addStretch(1);
     b2->addWidget(cmdDailyVoucherListing);
     b2->addWidget(cmdVoucherCancel);
@@ -173,7 +158,7 @@ void frmPrintVoucher::load()
             return;
         }
         DateToMaskText(*first, mskDateFrom);
-        DateToMaskText(session().today.isValid() ? session().today : QDate::currentDate(), mskDateTo);
+        DateToMaskText(session().dateToday(), mskDateTo);
     });
 }
 

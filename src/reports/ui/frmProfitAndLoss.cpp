@@ -1,10 +1,11 @@
 #include "reports/ui/frmProfitAndLoss.h"
 
-#include "accounts/ui/CommandGate.h"
+#include "foundation/ui/CommandGate.h"
 #include "foundation/Session.h"
 #include "foundation/ui/KeyFilters.h"
 #include "foundation/ui/MaskedLineEdit.h"
 #include "foundation/ui/MessageService.h"
+#include "foundation/ui/ScreenBuild.h"
 #include "foundation/ui/ScreenServices.h"
 #include "reports/LedgerStatements.h"
 #include "reports/ui/frmViewReport.h"
@@ -17,40 +18,30 @@
 #include <QPushButton>
 #include <QRadioButton>
 
+using namespace ScreenBuild;
+
 namespace {
 
-MaskedLineEdit *dateField(const char *name, const char *caption, QGridLayout *grid, int row, QWidget *parent)
+// A period panel's date: Enter moves on.
+MaskedLineEdit *dateField(QWidget *panel, const QString &name, const QString &caption, int row)
 {
-    auto *f = new MaskedLineEdit(MaskedLineEdit::dateMask(), parent);
-    f->setObjectName(QString::fromLatin1(name));
-    auto *l = new QLabel(QString::fromLatin1(caption), parent);
-    l->setBuddy(f);
-    grid->addWidget(l, row, 0, Qt::AlignRight);
-    grid->addWidget(f, row, 1);
+    auto *f = masked(panel, name, MaskedLineEdit::dateMask());
+    FieldGrid(qobject_cast<QGridLayout *>(panel->layout())).put(row, 0, caption, f);
     EnterToTab::attach(f);
     return f;
 }
 
-QRadioButton *optionButton(const char *name, const char *caption, QGridLayout *grid, int row, QWidget *parent)
+QRadioButton *optionRow(QWidget *panel, const QString &name, const QString &caption, int row)
 {
-    auto *o = new QRadioButton(QString::fromLatin1(caption), parent);
-    o->setObjectName(QString::fromLatin1(name));
-    grid->addWidget(o, row, 0, 1, 2);
+    auto *o = option(panel, name, caption);
+    qobject_cast<QGridLayout *>(panel->layout())->addWidget(o, row, 0, 1, 2);
     return o;
 }
 
-QPushButton *frameButton(const char *name, const char *caption, QHBoxLayout *row, QWidget *parent)
+QFrame *panel(QWidget *parent, const QString &name)
 {
-    auto *b = new QPushButton(QString::fromLatin1(caption), parent);
-    b->setObjectName(QString::fromLatin1(name));
-    row->addWidget(b);
-    return b;
-}
-
-QGroupBox *frame(const char *name, QWidget *parent)
-{
-    auto *f = new QGroupBox(parent);
-    f->setObjectName(QString::fromLatin1(name));
+    QFrame *f = frame(parent, name, true);
+    new QGridLayout(f);
     return f;
 }
 
@@ -62,58 +53,52 @@ frmProfitAndLoss::frmProfitAndLoss(QWidget *parent) : BaseScreen(parent)
     setTitle(QStringLiteral("PROFIT & LOSS"));
 
     // Profit and loss.
-    frOuterProfitAndLoss = frame("frOuterProfitAndLoss", this);
-    auto *g1 = new QGridLayout(frOuterProfitAndLoss);
+    frOuterProfitAndLoss = panel(this, QStringLiteral("frOuterProfitAndLoss"));
     lblProfitAndLoss = new QLabel(QStringLiteral("PROFIT/LOSS"), frOuterProfitAndLoss);
     lblProfitAndLoss->setObjectName(QStringLiteral("lblProfitAndLoss"));
+    auto *g1 = qobject_cast<QGridLayout *>(frOuterProfitAndLoss->layout());
     g1->addWidget(lblProfitAndLoss, 0, 0, 1, 2);
-    mskDateFrom = dateField("mskDateFrom", "DATE FROM:", g1, 1, frOuterProfitAndLoss);
-    mskDateTo = dateField("mskDateTo", "DATE TO:", g1, 2, frOuterProfitAndLoss);
-    optProfitAndLoss = optionButton("optProfitAndLoss", "PROFIT & LOSS", g1, 3, frOuterProfitAndLoss);
+    mskDateFrom = dateField(frOuterProfitAndLoss, QStringLiteral("mskDateFrom"), QStringLiteral("DATE FROM:"), 1);
+    mskDateTo = dateField(frOuterProfitAndLoss, QStringLiteral("mskDateTo"), QStringLiteral("DATE TO:"), 2);
+    optProfitAndLoss = optionRow(frOuterProfitAndLoss, QStringLiteral("optProfitAndLoss"), QStringLiteral("PROFIT & LOSS"), 3);
     optProfitAndLoss->setChecked(true);
-    auto *b1 = new QHBoxLayout;
-    b1->addStretch(1);
-    cmdProfitAndLoss = frameButton("cmdProfitAndLoss", "&PRINT", b1, frOuterProfitAndLoss);
-    cmdCancel = frameButton("cmdCancel", "&CANCEL", b1, frOuterProfitAndLoss);
-    g1->addLayout(b1, 4, 0, 1, 2);
+    cmdProfitAndLoss = button(frOuterProfitAndLoss, QStringLiteral("cmdProfitAndLoss"), QStringLiteral("&PRINT"));
+    cmdCancel = button(frOuterProfitAndLoss, QStringLiteral("cmdCancel"), QStringLiteral("&CANCEL"));
+    FieldGrid(g1).buttons(4, 0, {cmdProfitAndLoss, cmdCancel});
 
     // The creditors.
-    frOuterCreditList = frame("frOuterCreditList", this);
-    auto *g2 = new QGridLayout(frOuterCreditList);
+    frOuterCreditList = panel(this, QStringLiteral("frOuterCreditList"));
     auto *creditGroup = new QButtonGroup(this);
-    optAllPayable = optionButton("optAllPayable", "ALL PAYABLE", g2, 0, frOuterCreditList);
-    optCreditListTwoDates = optionButton("optCreditListTwoDates", "CREDIT LIST BETWEEN TWO DATES", g2, 1, frOuterCreditList);
+    optAllPayable = optionRow(frOuterCreditList, QStringLiteral("optAllPayable"), QStringLiteral("ALL PAYABLE"), 0);
+    optCreditListTwoDates = optionRow(frOuterCreditList, QStringLiteral("optCreditListTwoDates"),
+                                      QStringLiteral("CREDIT LIST BETWEEN TWO DATES"), 1);
     creditGroup->addButton(optAllPayable);
     creditGroup->addButton(optCreditListTwoDates);
-    mskDateFromCreditList = dateField("mskDateFromCreditList", "DATE FROM:", g2, 2, frOuterCreditList);
-    mskDateToCreditList = dateField("mskDateToCreditList", "DATE TO:", g2, 3, frOuterCreditList);
-    auto *b2 = new QHBoxLayout;
-    b2->addStretch(1);
-    cmdPrintCreditList = frameButton("cmdPrintCreditList", "&PRINT", b2, frOuterCreditList);
-    cmdCancelCreditList = frameButton("cmdCancelCreditList", "&CANCEL", b2, frOuterCreditList);
-    g2->addLayout(b2, 4, 0, 1, 2);
+    mskDateFromCreditList = dateField(frOuterCreditList, QStringLiteral("mskDateFromCreditList"), QStringLiteral("DATE FROM:"), 2);
+    mskDateToCreditList = dateField(frOuterCreditList, QStringLiteral("mskDateToCreditList"), QStringLiteral("DATE TO:"), 3);
+    cmdPrintCreditList = button(frOuterCreditList, QStringLiteral("cmdPrintCreditList"), QStringLiteral("&PRINT"));
+    cmdCancelCreditList = button(frOuterCreditList, QStringLiteral("cmdCancelCreditList"), QStringLiteral("&CANCEL"));
+    FieldGrid(qobject_cast<QGridLayout *>(frOuterCreditList->layout())).buttons(4, 0, {cmdPrintCreditList, cmdCancelCreditList});
 
     // The debtors.
-    frOuterDebitList = frame("frOuterDebitList", this);
-    auto *g3 = new QGridLayout(frOuterDebitList);
+    frOuterDebitList = panel(this, QStringLiteral("frOuterDebitList"));
     auto *debitGroup = new QButtonGroup(this);
-    optAllReceivable = optionButton("optAllReceivable", "ALL RECEIVABLE", g3, 0, frOuterDebitList);
-    optDebitListTwoDates = optionButton("optDebitListTwoDates", "DEBIT LIST BETWEEN TWO DATES", g3, 1, frOuterDebitList);
+    optAllReceivable = optionRow(frOuterDebitList, QStringLiteral("optAllReceivable"), QStringLiteral("ALL RECEIVABLE"), 0);
+    optDebitListTwoDates = optionRow(frOuterDebitList, QStringLiteral("optDebitListTwoDates"),
+                                     QStringLiteral("DEBIT LIST BETWEEN TWO DATES"), 1);
     debitGroup->addButton(optAllReceivable);
     debitGroup->addButton(optDebitListTwoDates);
-    mskDateFromDebitList = dateField("mskDateFromDebitList", "DATE FROM:", g3, 2, frOuterDebitList);
-    mskDateToDebitList = dateField("mskDateToDebitList", "DATE TO:", g3, 3, frOuterDebitList);
-    auto *b3 = new QHBoxLayout;
-    b3->addStretch(1);
-    cmdPrintDebitList = frameButton("cmdPrintDebitList", "&PRINT", b3, frOuterDebitList);
-    cmdCancelDebitList = frameButton("cmdCancelDebitList", "&CANCEL", b3, frOuterDebitList);
-    g3->addLayout(b3, 4, 0, 1, 2);
+    mskDateFromDebitList = dateField(frOuterDebitList, QStringLiteral("mskDateFromDebitList"), QStringLiteral("DATE FROM:"), 2);
+    mskDateToDebitList = dateField(frOuterDebitList, QStringLiteral("mskDateToDebitList"), QStringLiteral("DATE TO:"), 3);
+    cmdPrintDebitList = button(frOuterDebitList, QStringLiteral("cmdPrintDebitList"), QStringLiteral("&PRINT"));
+    cmdCancelDebitList = button(frOuterDebitList, QStringLiteral("cmdCancelDebitList"), QStringLiteral("&CANCEL"));
+    FieldGrid(qobject_cast<QGridLayout *>(frOuterDebitList->layout())).buttons(4, 0, {cmdPrintDebitList, cmdCancelDebitList});
 
     addRow(QString(), frOuterProfitAndLoss);
     addRow(QString(), frOuterCreditList);
     addRow(QString(), frOuterDebitList);
     packFields();
-    for (QGroupBox *f : {frOuterProfitAndLoss, frOuterCreditList, frOuterDebitList})
+    for (QFrame *f : {frOuterProfitAndLoss, frOuterCreditList, frOuterDebitList})
         f->setMinimumWidth(420);
     showOnlyButtons({});
     buttonFrame()->hide(); // each frame has its own buttons
@@ -162,7 +147,7 @@ void frmProfitAndLoss::loadDates()
             return;
         }
         DateToMaskText(*first, mskDateFrom);
-        DateToMaskText(session().today.isValid() ? session().today : QDate::currentDate(), mskDateTo);
+        DateToMaskText(session().dateToday(), mskDateTo);
     });
 }
 

@@ -4,7 +4,7 @@
 
 class CommandGate;
 class MaskedLineEdit;
-class QGroupBox;
+class QFrame;
 class QLabel;
 class QPushButton;
 class QRadioButton;
@@ -23,7 +23,7 @@ public:
     void showFrame(Frame frame);
     void onOpened() override;
 
-    QGroupBox *frOuterProfitAndLoss = nullptr;
+    QFrame *frOuterProfitAndLoss = nullptr;
     QLabel *lblProfitAndLoss = nullptr;
     MaskedLineEdit *mskDateFrom = nullptr;
     MaskedLineEdit *mskDateTo = nullptr;
@@ -31,7 +31,7 @@ public:
     QPushButton *cmdProfitAndLoss = nullptr;
     QPushButton *cmdCancel = nullptr;
 
-    QGroupBox *frOuterCreditList = nullptr;
+    QFrame *frOuterCreditList = nullptr;
     QRadioButton *optAllPayable = nullptr;
     QRadioButton *optCreditListTwoDates = nullptr;
     MaskedLineEdit *mskDateFromCreditList = nullptr;
@@ -39,7 +39,7 @@ public:
     QPushButton *cmdPrintCreditList = nullptr;
     QPushButton *cmdCancelCreditList = nullptr;
 
-    QGroupBox *frOuterDebitList = nullptr;
+    QFrame *frOuterDebitList = nullptr;
     QRadioButton *optAllReceivable = nullptr;
     QRadioButton *optDebitListTwoDates = nullptr;
     MaskedLineEdit *mskDateFromDebitList = nullptr;

@@ -1,6 +1,6 @@
 #include "reports/ui/frmSingleDateReport.h"
 
-#include "accounts/ui/CommandGate.h"
+#include "foundation/ui/CommandGate.h"
 #include "foundation/Session.h"
 #include "foundation/ui/KeyFilters.h"
 #include "foundation/ui/MaskedLineEdit.h"
@@ -22,7 +22,7 @@ frmSingleDateReport::frmSingleDateReport(QWidget *parent) : BaseScreen(parent)
     // A date that names no day would print the sheet of another period.
     m_gate = new CommandGate(cmdBalanceSheet, [this] { return ValidateDate(mskDate); }, [this] { printBalanceSheet(); });
     connect(cmdCancel, &QPushButton::clicked, this, &BaseScreen::closeScreen);
-    DateToMaskText(session().today.isValid() ? session().today : QDate::currentDate(), mskDate);
+    DateToMaskText(session().dateToday(), mskDate);
 }
 
 void frmSingleDateReport::showBalanceSheetForm()

@@ -170,8 +170,15 @@ frmViewReport *openViewer(QWidget *parent, const ReportRequest &request, frmView
 
 } // namespace
 
-frmViewReport *showReport(QWidget *parent, const ReportRequest &request)
+frmViewReport *showReport(QWidget *parent, const ReportRequest &given)
 {
+    // The working title's letterhead, unless the request names one.
+    ReportRequest request = given;
+    if (!request.letterhead) {
+        const Session &s = session();
+        request.letterhead = Lookups::Letterhead{s.currentTitle,  s.companyName,      s.companyAddress, s.companyPhone,
+                                                 s.companyEmail,  s.companySaleTaxNo, s.companyNTN};
+    }
     frmViewReport *v = openViewer(parent, request, g_viewer.data());
     if (v)
         g_viewer = v;

@@ -1,6 +1,6 @@
 #include "stock/ui/frmItemCoding.h"
 
-#include "accounts/ui/CommandGate.h"
+#include "foundation/ui/CommandGate.h"
 #include "accounts/ui/frmPartyInfo.h"
 #include "foundation/Session.h"
 #include "foundation/ui/KeyFilters.h"
@@ -21,7 +21,7 @@
 namespace {
 QDate entryDate()
 {
-    return session().today.isValid() ? session().today : QDate::currentDate();
+    return session().dateToday();
 }
 } // namespace
 
@@ -139,15 +139,6 @@ ItemCoding::Item frmItemCoding::enteredItem() const
     return i;
 }
 
-void frmItemCoding::refuse(const Outcome &r)
-{
-    MessageService::critical(this, r.message);
-    if (r.field == Outcome::Field::Code)
-        mskItemCode->setFocus(Qt::OtherFocusReason);
-    else if (r.field == Outcome::Field::Name)
-        txtItemName->setFocus(Qt::OtherFocusReason);
-}
-
 bool frmItemCoding::check()
 {
     Outcome r;
@@ -165,8 +156,10 @@ void frmItemCoding::add()
             r = ItemCoding::add(session().db(), enteredItem(), session().currentUserName, entryDate());
         }))
         return;
-    if (!r.ok)
-        return refuse(r);
+    if (!r.ok) {
+        refuse(r);
+        return;
+    }
     m_lastAddedCode = mskItemCode->maskText();
     MessageService::information(this, r.message);
     txtItemName->clear();
@@ -270,7 +263,7 @@ void frmModifyItemCoding::modify()
         return;
     if (!r.ok) {
         refuse(r);
-        if (r.field == Outcome::Field::None)
+        if (r.field.isEmpty())
             cmbOldItemName->setFocus(Qt::OtherFocusReason);
         return;
     }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "accounts/Outcome.h"
+#include "foundation/Outcome.h"
 #include "foundation/ui/BaseScreen.h"
 
 class QComboBox;
@@ -47,7 +47,6 @@ protected:
     void buildFields();
     void buildButtons(const QString &commandName, const QString &caption);
     ItemCoding::Item enteredItem() const;
-    void refuse(const Outcome &r);
     QPushButton *m_command = nullptr;
 
 private:

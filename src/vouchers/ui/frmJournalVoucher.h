@@ -1,12 +1,17 @@
 #pragma once
 
+#include "foundation/LineStaging.h"
 #include "foundation/Money.h"
+#include "foundation/Outcome.h"
 #include "foundation/ui/BaseScreen.h"
-#include "vouchers/LedgerWriter.h"
+#include "vouchers/VoucherRules.h"
+#include "vouchers/ui/VoucherFinder.h"
 
 #include <QString>
 #include <QStringList>
 
+class AccountPick;
+class ChequePick;
 class MaskedLineEdit;
 class QCheckBox;
 class QComboBox;
@@ -14,30 +19,35 @@ class QLabel;
 class QLineEdit;
 class QPushButton;
 class QTableView;
-struct LineInput;
 
 // "ACCOUNTS VOUCHER": cash, bank and journal vouchers are typed here line
-// by line into this workstation's staging, and saved, changed or deleted
-// as a whole. The same screen serves new vouchers (the entry panel) and
-// changes to posted ones (the question panel first, then the entry panel).
+// by line and saved, changed or deleted as a whole. The same screen serves
+// new vouchers (the entry panel) and changes to posted ones (the question
+// panel first, then the entry panel). The lines live in the screen and are
+// mirrored into this workstation's staging, which the save reads.
 class frmJournalVoucher : public BaseScreen
 {
     Q_OBJECT
 public:
+    enum class Mode { New, Modify };
+
     explicit frmJournalVoucher(QWidget *parent = nullptr);
 
+    // A new voucher: cash figures, nothing staged, the entry panel, the
+    // account list, today's date, an empty list.
+    void startNew();
     // The menu's part: the types the voucher may take and the one it
-    // starts at (which proposes its number).
+    // starts at (which proposes its number and names the window).
     void setVoucherTypes(const QStringList &items, const QString &start);
     // "MODIFY VOUCHER": the question panel, to find a posted voucher.
     void startModify();
-    // Form activation: the account list and the open cheques, fresh.
+    // Window activation: the account list and the open cheques, fresh.
     void onOpened() override;
-    // The cash figures from the ledger (previous cash, with its side).
-    void showPreviousCash(const std::optional<Money> &balance);
-    void rebindGrid();
 
+    Mode mode() const { return m_mode; }
     qint64 lineSrNo() const { return m_lineSrNo; }
+    Money previousCash() const { return m_previousCash; }
+    QString previousCashSide() const { return m_previousCashSide; }
 
     // Entry panel.
     QFrame *frOuterVoucher = nullptr;
@@ -46,7 +56,7 @@ public:
     QLineEdit *txtVoucherNo = nullptr;
     QLineEdit *txtInvoiceNo = nullptr;
     QComboBox *cmbPartyName = nullptr;
-    QLineEdit *txtPartyCode = nullptr;
+    MaskedLineEdit *txtPartyCode = nullptr;
     QLineEdit *txtBalance = nullptr;
     QLineEdit *txtDesc = nullptr;
     QLineEdit *txtAmount = nullptr;
@@ -70,75 +80,66 @@ public:
     QPushButton *cmdDeleteVoucher = nullptr;
     QPushButton *cmdAddParty = nullptr;
 
-    // Question panel of modify mode.
-    QFrame *frOuterVoucherNo = nullptr;
-    QLabel *lblVoucherNo = nullptr;
+    // Question panel of modify mode (the finder's fields).
+    VoucherFinder *frOuterVoucherNo = nullptr;
     QComboBox *cmbModifyVoucherType = nullptr;
     QLineEdit *txtShowVoucherNo = nullptr;
     MaskedLineEdit *mskDateModifyVoucher = nullptr;
     QPushButton *cmdVoucherNoOkay = nullptr;
     QPushButton *cmdVoucherNoCancel = nullptr;
 
-    Money previousCash() const { return m_previousCash; }
-    QString previousCashSide() const { return m_previousCashSide; }
-
 protected:
-    bool eventFilter(QObject *watched, QEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
-    void showEvent(QShowEvent *event) override;
-    void resizeEvent(QResizeEvent *event) override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    enum class LineButton { New, Modify, Delete };
-
     void buildEntryPanel();
-    void buildQuestionPanel();
-    void loadAccountList();
-    void loadCheques();
-    void fitGridColumns();
+    void wireCommands();
+    void loadLists();
 
     // Behaviours of the fields.
     void voucherTypeChanged();
     void dateLeft();
-    void accountChanged();
     void sideLeft();
     void forceSide();
-    void chequeDescChanged();
-    void chequeNoChanged();
     void proposeNumber();
 
-    // The checks that stand before a command; false moves the focus away.
-    bool lineChecks(LineButton button);
-    bool buttonChecks(QPushButton *button);
-    bool refusedOnEntry(QPushButton *button);
+    // The checks before a command; a refusal is shown and focused.
+    bool lineAllowed(VoucherRules::LineCommand command);
+    bool saveAllowed();
 
     void addLine();
     void changeLine();
     void removeLine();
     void loadLine(int row);
     void saveVoucher();
-    void saveNew();
-    void saveModified();
     void deleteVoucher();
     void loadVoucher();
+    void afterLineCommand(const QString &confirmation);
+    void showEntryPanel(bool entry);
+    void clearLineFields();
 
-    LineInput currentLine() const;
+    VoucherLine currentLine() const;
     VoucherKey header() const;
     VoucherKey originalKey() const;
-    void showTotals(bool zeroWhenEmpty);
-    void showCurrentCash(bool leaveOtherTypes);
-    void resetAfterSave();
+    // The figures as the lines and the ledger stand now: totals, account
+    // balance, previous and current cash, and the list.
+    void refreshFigures();
+    void showTotals();
+    void showCashFigures();
+    void rebindGrid();
 
+    Mode m_mode = Mode::New;
+    AccountPick *m_pick = nullptr;
+    ChequePick *m_cheque = nullptr;
+    StagedLines<VoucherLine> m_lines;
     qint64 m_lineSrNo = 0;
     Money m_previousCash;
     QString m_previousCashSide = QStringLiteral("DR");
-    QString m_proposedNo;           // the number the system last proposed
-    QPushButton *m_refusedOnEntry = nullptr;
-    bool m_quiet = false;           // set while the screen fills its own fields
-    bool m_closeAnswered = false;
-    bool m_activationHooked = false;
+    QString m_proposedNo; // the number the system last proposed
+    bool m_quiet = false; // set while the screen fills its own fields
+    QDate m_farDateTaken; // a date far ahead the user has confirmed
 };
 
-// Prepares the screen for a new voucher: cash figures, empty staging,
-// the entry panel, the account list, today's date, an empty grid.
+// Prepares the screen for a new voucher (see frmJournalVoucher::startNew).
 void StartVoucherScreen(frmJournalVoucher *screen);

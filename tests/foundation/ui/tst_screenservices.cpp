@@ -119,10 +119,9 @@ void TestScreenServices::closingDate()
     QVERIFY(session().closingDateOk);
     QVERIFY(rec.isEmpty());
 
-    // A 29 February the calendar lacks passes the date check but is no day to post on.
+    // A 29 February the calendar lacks is refused by the date check itself.
     f.date->setMaskText(QStringLiteral("29/02/2100"));
-    QVERIFY(ValidateDate(f.date));
-    QVERIFY(!CheckClosingDate(f.date));
+    QVERIFY(!ValidateDate(f.date));
     QCOMPARE(rec.last().text, QStringLiteral("Wrong date, please enter correct date"));
 
     // Without a closing date nothing can be entered; the focus stays where it is.

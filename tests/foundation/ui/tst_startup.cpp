@@ -39,6 +39,7 @@ private Q_SLOTS:
     void aboutAndEmptyEntry();
     void menuEntries_data();
     void menuEntries();
+    void sidePanelByKeyboard();
 };
 
 using ScreenKit::shoot;
@@ -450,7 +451,7 @@ void TestStartup::menuEntries_data()
                 {"mnuChartOfAccountByName", "NAME WISE"}}},
         {"mnuAccount", {{"mnuPTrialBalance", "PARTY BALANCES"}}},
         {"mnuPTrialBalance", {{"mnuPOpeningBalance", "OPENING BALANCE"}, {"mnuPModifyBalance", "MODIFY BALANCE"}}},
-        {"", {{"mnuPPrintParty", "VIEW / PRINT REPORTS"}}},
+        {"", {{"mnuPPrintParty", "&VIEW / PRINT REPORTS"}}},
         {"mnuPPrintParty", {{"mnuPrintVoucher", "PRINT VOUCHER"}, {"mnuCashAndBanks", "CASH AND BANKS"}}},
         {"mnuCashAndBanks", {{"mnuCashBookBetweenTwoDates", "CASH BOOK BETWEEN TWO DATES"},
                 {"mnuCashAndBankUptoDate", "UPTO DATE"}}},
@@ -466,10 +467,10 @@ void TestStartup::menuEntries_data()
         {"mnuComparisonReports", {{"mnuMonthlyExpenseReport", "MONTHLY EXPENSE REPORT"},
                 {"mnuMonthlyProfitAndLossReport", "MONTHLY PROFIT AND LOSS REPORT"}}},
         {"mnuPPrintParty", {{"mnuAgingReport", "AGING REPORT"}}},
-        {"", {{"mnuItemCoding", "ITEM CODING"}}},
+        {"", {{"mnuItemCoding", "ITE&M CODING"}}},
         {"mnuItemCoding", {{"mnuEnterItemCoding", "ENTER ITEM CODING"},
                 {"mnuModifyItemCoding", "MODIFY ITEM CODING"}, {"mnuViewItemCoding", "VIEW ITEM CODING"}}},
-        {"", {{"mnuPurchaseOrder", "PURCHASE ORDER"}}},
+        {"", {{"mnuPurchaseOrder", "&PURCHASE ORDER"}}},
         {"mnuPurchaseOrder", {{"mnuEnterPurchaseOrder", "ENTER PURCHASE ORDER"},
                 {"mnuModifyPurchaseOrder", "MODIFY PURCHASE ORDER"},
                 {"mnuDeletePurchaseOrder", "DELETE PURCHASE ORDER"}, {"mnuViewPurchaseOrder", "VIEW PURCHASE ORDER"},
@@ -513,7 +514,7 @@ void TestStartup::menuEntries_data()
         {"mnuUtilities", {{"mnuUBackUp", "BACK UP"}, {"mnuUNewUser", "CREATE NEW USER"},
                 {"mnuUChangePassword", "CHANGE PASSWORD"}, {"mnuUUpdateUser", "UPDATE USER"},
                 {"mnuUClosingDate", "CLOSING DATE"}, {"mnuEndYearProcessing", "END YEAR PROCESSING"}}},
-        {"", {{"mnuAbout", "&ABOUT"}}},
+        {"", {{"mnuAbout", "A&BOUT"}}},
         {"mnuAbout", {{"mnuATessel", "TESSEL"}}},
     };
     for (const auto &[parent, entries] : tree)
@@ -540,9 +541,32 @@ void TestStartup::menuEntries()
         QVERIFY(menu);
         QVERIFY(menu->actions().contains(a));
     }
-    // A top menu opens with Alt and the letter its caption marks.
-    if (parent.isEmpty() && caption.contains(QLatin1Char('&')))
-        QVERIFY(!QKeySequence::mnemonic(caption).isEmpty());
+    // A top menu opens with Alt and a letter its caption marks, its own.
+    if (parent.isEmpty()) {
+        const QKeySequence mine = QKeySequence::mnemonic(caption);
+        QVERIFY2(!mine.isEmpty(), qPrintable(caption));
+        for (QAction *other : main->menuBar()->actions())
+            if (other != a)
+                QVERIFY2(QKeySequence::mnemonic(other->text()) != mine, qPrintable(other->text()));
+    }
+}
+
+// F6 enters the side panel; the arrows move along it, its focus shows.
+void TestStartup::sidePanelByKeyboard()
+{
+    frmMDITessel main;
+    main.show();
+    QApplication::setActiveWindow(&main);
+    QVERIFY(QTest::qWaitForWindowActive(&main));
+    QTest::keyClick(&main, Qt::Key_F6);
+    QWidget *first = main.findChild<QWidget *>(QStringLiteral("lblAccounts"));
+    QVERIFY(first);
+    QTRY_COMPARE(QApplication::focusWidget(), first);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Down);
+    QVERIFY(QApplication::focusWidget() != first);
+    QVERIFY(qobject_cast<PanelLabel *>(QApplication::focusWidget()));
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Up);
+    QCOMPARE(QApplication::focusWidget(), first);
 }
 
 QTEST_MAIN(TestStartup)

@@ -318,7 +318,7 @@ private slots:
         f.onOpened();
         f.show();
         f.showFrame(frmProfitAndLoss::Frame(frame));
-        const QList<QGroupBox *> frames{f.frOuterProfitAndLoss, f.frOuterCreditList, f.frOuterDebitList};
+        const QList<QFrame *> frames{f.frOuterProfitAndLoss, f.frOuterCreditList, f.frOuterDebitList};
         for (int i = 0; i < frames.size(); ++i)
             QCOMPARE(frames.at(i)->isVisible(), i == frame);
         f.findChild<QRadioButton *>(option)->setChecked(true);

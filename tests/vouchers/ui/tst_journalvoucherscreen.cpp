@@ -8,6 +8,7 @@
 #include "support/TestDb.h"
 #include "support/ui/MessageRecorder.h"
 #include "support/ui/ScreenKit.h"
+#include "support/ui/ScreenTest.h"
 #include "vouchers/VoucherPosting.h"
 #include "vouchers/VoucherStaging.h"
 #include "vouchers/ui/frmJournalVoucher.h"
@@ -22,30 +23,20 @@
 #include <QMdiArea>
 #include <QPushButton>
 #include <QTableView>
+#include <QStatusBar>
+#include <QStyledItemDelegate>
 #include <QtTest>
 
 namespace {
 
-class Host : public QMainWindow, public MdiHost
+class Host : public MenuHost
 {
 public:
-    Host()
-    {
-        area = new QMdiArea(this);
-        setCentralWidget(area);
-        resize(1280, 820);
-        router.on(QStringLiteral("unused"), [](MdiHost &) {});
-        registerVouchersMenu(router);
-    }
-    QMdiArea *mdiArea() const override { return area; }
-    QMainWindow *mainWindow() override { return this; }
+    Host() { registerVouchersMenu(router); }
     frmJournalVoucher *open(const QString &entry)
     {
-        router.trigger(entry, *this);
-        return qobject_cast<frmJournalVoucher *>(findScreen(QStringLiteral("frmJournalVoucher")));
+        return MenuHost::open<frmJournalVoucher>(entry, QStringLiteral("frmJournalVoucher"));
     }
-    QMdiArea *area;
-    MenuRouter router;
 };
 
 void addAccounts(SessionConnection &db)
@@ -92,6 +83,11 @@ private Q_SLOTS:
     void chequeSettledBySave();
     void modifyVoucherFromQuestionPanel_data() { TestDb::addBackends(); }
     void modifyVoucherFromQuestionPanel();
+    void figuresFollowTheLedger();
+    void titleEscapeAndFocus();
+    void farDateAskedOnce();
+    void accountTypedByWords();
+    void lineConfirmationsInStatusBar();
 
 private:
     std::unique_ptr<TestDb::Year> m_year;
@@ -134,8 +130,8 @@ void TestJournalVoucherScreen::cashPaymentFromMenuToLedger()
     QCOMPARE(items(f->cmbVoucherType), QStringList{"CP"});
     QCOMPARE(f->txtVoucherNo->text(), QStringLiteral("1"));
     QCOMPARE(f->mskDate->maskText(), QStringLiteral("10/03/2026"));
-    QCOMPARE(f->txtPCashInHand->text(), QStringLiteral("0 DR"));
-    QCOMPARE(f->txtCCashInHand->text(), QStringLiteral("0 DR"));
+    QCOMPARE(f->txtPCashInHand->text(), QStringLiteral("0.00 DR"));
+    QCOMPARE(f->txtCCashInHand->text(), QStringLiteral("0.00 DR"));
     QCOMPARE(f->cmbDBCR->currentText(), QStringLiteral("DR")); // a payment debits the paid account
     QVERIFY(!items(f->cmbPartyName).contains(QStringLiteral("CASH IN HAND")));
     QVERIFY(f->frOuterVoucher->isVisible());
@@ -152,9 +148,9 @@ void TestJournalVoucherScreen::cashPaymentFromMenuToLedger()
     typeLine(f, QStringLiteral("TEA AND REFRESHMENT"), QStringLiteral(".5"));
     f->cmdNew->click();
     QCOMPARE(gridRows(f), 2);
-    QCOMPARE(f->txtTotalDebit->text(), QStringLiteral("1501"));
-    QCOMPARE(f->txtTotalCredit->text(), QStringLiteral("0"));
-    QCOMPARE(f->txtCCashInHand->text(), QStringLiteral("-1501"));
+    QCOMPARE(f->txtTotalDebit->text(), QStringLiteral("1,501.00"));
+    QCOMPARE(f->txtTotalCredit->text(), QStringLiteral("0.00"));
+    QCOMPARE(f->txtCCashInHand->text(), QStringLiteral("1,501.00 CR"));
     ScreenKit::shoot(m_host.get(), QStringLiteral("voucher-filled-") + backend);
 
     f->cmdModifyVoucher->click();
@@ -172,7 +168,7 @@ void TestJournalVoucherScreen::cashPaymentFromMenuToLedger()
     // ready for the next voucher
     QCOMPARE(f->txtVoucherNo->text(), QStringLiteral("2"));
     QCOMPARE(f->txtTotalDebit->text(), QString());
-    QCOMPARE(f->txtPCashInHand->text(), QStringLiteral("1501 CR"));
+    QCOMPARE(f->txtPCashInHand->text(), QStringLiteral("1,501.00 CR"));
     QCOMPARE(gridRows(f), 0);
     f->cmdModifyVoucher->click();
     QCOMPARE(rec.last().text, QStringLiteral("No entry is till entered, so data can not be saved"));
@@ -190,7 +186,7 @@ void TestJournalVoucherScreen::cashReceipt()
     f->cmdNew->click();
     typeLine(f, QStringLiteral("CRESCENT TEXTILES"), QStringLiteral("249.75"), QStringLiteral("AGAINST BILL 13"));
     f->cmdNew->click();
-    QCOMPARE(f->txtTotalCredit->text(), QStringLiteral("1000"));
+    QCOMPARE(f->txtTotalCredit->text(), QStringLiteral("1,000.00"));
     f->cmdModifyVoucher->click();
     QCOMPARE(rec.last().text, QStringLiteral("Voucher has saved successfully"));
     const QueryResult rows = session().db().select(QStringLiteral(
@@ -200,7 +196,7 @@ void TestJournalVoucherScreen::cashReceipt()
     QCOMPARE(rows.at(0).moneyOrZero("PartyBalance"), -*Money::parse("750.25"));
     QCOMPARE(rows.at(2).text("PartyCode").trimmed(), QStringLiteral("19-10-001")); // the cash row comes last
     QCOMPARE(rows.at(2).moneyOrZero("PartyDR"), Money::fromUnits(1000));
-    QCOMPARE(f->txtPCashInHand->text(), QStringLiteral("1000 DR"));
+    QCOMPARE(f->txtPCashInHand->text(), QStringLiteral("1,000.00 DR"));
     QCOMPARE(f->txtVoucherNo->text(), QStringLiteral("2"));
 }
 
@@ -217,7 +213,7 @@ void TestJournalVoucherScreen::bankVoucherSwitchedToJournal()
         b.partyCode = QStringLiteral("14-10-001");
         b.credit = Money::fromUnits(10);
         v.lines << a << b;
-        QVERIFY(posting.post(v, NumberPolicy::Typed).posted);
+        QVERIFY(posting.post(v, NumberPolicy::Typed).ok);
     }
     MessageRecorder rec;
     frmJournalVoucher *f = m_host->open(QStringLiteral("mnuBankPaidVoucher"));
@@ -285,7 +281,7 @@ void TestJournalVoucherScreen::unbalancedJournalRefused()
     QCOMPARE(rec.last().text, QStringLiteral("Debit and Credit amount are not same, please check your entry"));
     ScreenKit::shoot(m_host.get(), QStringLiteral("voucher-refused"));
     QCOMPARE(gridRows(f), 2); // staging and screen as they were
-    QCOMPARE(f->txtTotalDebit->text(), QStringLiteral("2500"));
+    QCOMPARE(f->txtTotalDebit->text(), QStringLiteral("2,500.00"));
     QCOMPARE(session().db().scalar(QStringLiteral("SELECT COUNT(*) FROM tblPartyBalance")).toInt(), 0);
 
     // a line picked from the grid by keyboard and corrected balances it
@@ -395,7 +391,7 @@ void TestJournalVoucherScreen::databaseFailureKeepsTheVoucher()
     QVERIFY(rec.last().isCritical());
     QCOMPARE(session().db().scalar(QStringLiteral("SELECT COUNT(*) FROM tblPartyBalance")).toInt(), 0);
     QCOMPARE(gridRows(f), 2);
-    QCOMPARE(f->txtTotalCredit->text(), QStringLiteral("750"));
+    QCOMPARE(f->txtTotalCredit->text(), QStringLiteral("750.00"));
     f->cmdModifyVoucher->click(); // the same voucher, once the trouble has passed
     QCOMPARE(rec.last().text, QStringLiteral("Voucher has saved successfully"));
     QCOMPARE(session().db().scalar(QStringLiteral("SELECT COUNT(*) FROM tblPartyBalance")).toInt(), 3);
@@ -464,7 +460,7 @@ void TestJournalVoucherScreen::modifyVoucherFromQuestionPanel()
     f->cmdVoucherNoOkay->click();
     QVERIFY(f->frOuterVoucher->isVisible());
     QCOMPARE(gridRows(f), 2); // the cash row is not a line
-    QCOMPARE(f->txtTotalDebit->text(), QStringLiteral("140"));
+    QCOMPARE(f->txtTotalDebit->text(), QStringLiteral("140.00"));
     QCOMPARE(items(f->cmbVoucherType), QStringList{"CP"});
 
     emit f->dgVoucher->doubleClicked(f->dgVoucher->model()->index(0, 5)); // double click on the first line
@@ -485,6 +481,174 @@ void TestJournalVoucherScreen::modifyVoucherFromQuestionPanel()
     f->cmdDeleteVoucher->click();
     QVERIFY(rec.texts().contains(QStringLiteral("Voucher has deleted successfully")));
     QCOMPARE(session().db().scalar(QStringLiteral("SELECT COUNT(*) FROM tblPartyBalance")).toInt(), 0);
+}
+
+// After a save the account's balance and the cash are the ledger's as it
+// now stands, formatted with separators and their side; a voucher loaded
+// for a change brings no account or description of the last one along.
+void TestJournalVoucherScreen::figuresFollowTheLedger()
+{
+    startYear(QStringLiteral("sqlite"));
+    MessageRecorder rec;
+    frmJournalVoucher *f = m_host->open(QStringLiteral("mnuPCashPaidVoucher"));
+    typeLine(f, QStringLiteral("ELECTRICITY"), QStringLiteral("1055824.5"), QStringLiteral("ANNUAL BILL"));
+    QCOMPARE(f->txtBalance->text(), QString());
+    f->cmdNew->click();
+    QCOMPARE(f->txtTotalDebit->text(), QStringLiteral("1,055,824.50"));
+    QCOMPARE(f->txtCCashInHand->text(), QStringLiteral("1,055,824.50 CR"));
+    QCOMPARE(f->txtBalance->text(), QString()); // nothing posted yet
+    f->cmdModifyVoucher->click();
+    QCOMPARE(rec.last().text, QStringLiteral("Voucher has saved successfully"));
+    QCOMPARE(f->cmbPartyName->currentText(), QStringLiteral("ELECTRICITY"));
+    QCOMPARE(f->txtBalance->text(), QStringLiteral("1,055,824.50 DR"));
+    QCOMPARE(f->txtPCashInHand->text(), QStringLiteral("1,055,824.50 CR"));
+    QCOMPARE(f->txtCCashInHand->text(), QStringLiteral("1,055,824.50 CR"));
+    auto *model = f->dgVoucher->model();
+    QCOMPARE(model->rowCount(), 0);
+
+    f = m_host->open(QStringLiteral("mnuPModifyJournalVoucher"));
+    f->cmbModifyVoucherType->setCurrentText(QStringLiteral("CP"));
+    f->txtShowVoucherNo->setText(QStringLiteral("1"));
+    f->mskDateModifyVoucher->setDate(QDate(2026, 3, 10));
+    f->cmdVoucherNoOkay->click();
+    QVERIFY(f->frOuterVoucher->isVisible());
+    QCOMPARE(f->cmbPartyName->currentText(), QString());
+    QCOMPARE(f->txtDesc->text(), QString());
+    QCOMPARE(f->txtPCashInHand->text(), QStringLiteral("0.00 DR")); // the cash before the voucher's day
+    QCOMPARE(model->rowCount(), 1);
+    QCOMPARE(model->index(0, 6).data().toString(), QStringLiteral("1055824.50"));
+    auto *amounts = qobject_cast<QStyledItemDelegate *>(f->dgVoucher->itemDelegateForColumn(6));
+    QVERIFY(amounts);
+    QCOMPARE(amounts->displayText(model->index(0, 6).data(), QLocale()), QStringLiteral("1,055,824.50"));
+}
+
+// The window is named by its voucher type; Tab leaves the list; a refused
+// save puts the focus on the field at fault; Escape closes the screen,
+// asking first when lines are typed.
+void TestJournalVoucherScreen::titleEscapeAndFocus()
+{
+    startYear(QStringLiteral("sqlite"));
+    MessageRecorder rec;
+    QApplication::setActiveWindow(m_host.get());
+    QVERIFY(QTest::qWaitForWindowActive(m_host.get()));
+    frmJournalVoucher *f = m_host->open(QStringLiteral("mnuPCashPaidVoucher"));
+    QCOMPARE(f->windowTitle(), QStringLiteral("CASH PAID VOUCHER"));
+    f = m_host->open(QStringLiteral("mnuBankReceivedVoucher"));
+    QCOMPARE(f->windowTitle(), QStringLiteral("BANK RECEIVED VOUCHER"));
+    f->cmbVoucherType->setCurrentText(QStringLiteral("JV"));
+    QCOMPARE(f->windowTitle(), QStringLiteral("JOURNAL VOUCHER"));
+
+    VoucherLine a, b;
+    a.partyCode = QStringLiteral("21-10-001");
+    a.debit = Money::fromUnits(10);
+    b.partyCode = QStringLiteral("14-10-001");
+    b.credit = Money::fromUnits(10);
+    QVERIFY(VoucherPosting(session().db(), QStringLiteral("CLERK"), QDate(2026, 3, 10))
+                .post({{QStringLiteral("JV"), 5, QDate(2026, 3, 9)}, {a, b}}, NumberPolicy::Typed)
+                .ok);
+    f->cmbDBCR->setCurrentText(QStringLiteral("DR"));
+    typeLine(f, QStringLiteral("PAPER HOUSE"), QStringLiteral("100"));
+    f->cmdNew->click();
+    f->cmbDBCR->setCurrentText(QStringLiteral("CR"));
+    typeLine(f, QStringLiteral("CITY BANK"), QStringLiteral("100"));
+    f->cmdNew->click();
+    f->txtVoucherNo->setText(QStringLiteral("5")); // typed, and taken
+    f->txtAmount->setFocus();
+    f->cmdModifyVoucher->click();
+    QCOMPARE(rec.last().text, VoucherMessages::kDuplicate);
+    QTRY_VERIFY(f->txtVoucherNo->hasFocus());
+
+    f->dgVoucher->setFocus();
+    QTest::keyClick(f->dgVoucher, Qt::Key_Tab);
+    QVERIFY(!f->dgVoucher->hasFocus()); // on to the save button, not to the next cell
+
+    rec.answerNext(false);
+    QTest::keyClick(f->txtDesc, Qt::Key_Escape);
+    QCOMPARE(rec.last().text, QStringLiteral("Are you sure you want to close this voucher"));
+    QVERIFY(m_host->findScreen(QStringLiteral("frmJournalVoucher")));
+    rec.answerNext(true);
+    QTest::keyClick(f->txtDesc, Qt::Key_Escape);
+    QApplication::processEvents();
+    QVERIFY(!m_host->findScreen(QStringLiteral("frmJournalVoucher")));
+
+    // nothing typed: Ctrl+F4 closes without a question
+    f = m_host->open(QStringLiteral("mnuPJournalVoucher"));
+    const int before = rec.count();
+    QTest::keyClick(f->txtDesc, Qt::Key_F4, Qt::ControlModifier);
+    QApplication::processEvents();
+    QVERIFY(!m_host->findScreen(QStringLiteral("frmJournalVoucher")));
+    QCOMPARE(rec.count(), before);
+}
+
+// A date more than a year after the working day is asked about once.
+void TestJournalVoucherScreen::farDateAskedOnce()
+{
+    startYear(QStringLiteral("sqlite"));
+    MessageRecorder rec;
+    QApplication::setActiveWindow(m_host.get());
+    QVERIFY(QTest::qWaitForWindowActive(m_host.get()));
+    frmJournalVoucher *f = m_host->open(QStringLiteral("mnuPJournalVoucher"));
+    QTRY_VERIFY(f->mskDate->hasFocus());
+    f->mskDate->setDate(QDate(2072, 3, 10));
+    rec.answerNext(false);
+    QTest::keyClick(f->mskDate, Qt::Key_Return);
+    QTRY_COMPARE(rec.count(), 1);
+    QCOMPARE(rec.last().text, QStringLiteral("The date 10/03/2072 is more than a year after today, do you want to keep it?"));
+    QTRY_VERIFY(f->mskDate->hasFocus());
+    rec.answerNext(true);
+    QTest::keyClick(f->mskDate, Qt::Key_Return);
+    QTRY_COMPARE(rec.count(), 2);
+    QTRY_VERIFY(!f->mskDate->hasFocus());
+    f->mskDate->setFocus();
+    QTest::keyClick(f->mskDate, Qt::Key_Return);
+    QApplication::processEvents();
+    QCOMPARE(rec.count(), 2); // the same date is not asked again
+    f->mskDate->setDate(QDate(2027, 3, 10));
+    f->mskDate->setFocus();
+    QTest::keyClick(f->mskDate, Qt::Key_Return);
+    QApplication::processEvents();
+    QCOMPARE(rec.count(), 2); // a year ahead is no slip
+}
+
+// Text that matches no account stays as typed, and Escape searches by
+// its words.
+void TestJournalVoucherScreen::accountTypedByWords()
+{
+    startYear(QStringLiteral("sqlite"));
+    MessageRecorder rec;
+    QApplication::setActiveWindow(m_host.get());
+    QVERIFY(QTest::qWaitForWindowActive(m_host.get()));
+    frmJournalVoucher *f = m_host->open(QStringLiteral("mnuPJournalVoucher"));
+    f->cmbPartyName->setFocus();
+    QTest::keyClicks(f->cmbPartyName, QStringLiteral("HOUSE PAP"));
+    QCOMPARE(f->cmbPartyName->currentText(), QStringLiteral("HOUSE PAP"));
+    QTest::keyClick(f->cmbPartyName, Qt::Key_Escape);
+    auto *grid = f->window()->findChild<QTableView *>(QStringLiteral("dgSearch"));
+    QVERIFY(grid);
+    QTRY_VERIFY(grid->isVisible());
+    QCOMPARE(grid->model()->rowCount(), 1);
+    QTest::keyClick(grid, Qt::Key_Return);
+    QCOMPARE(f->cmbPartyName->currentText(), QStringLiteral("PAPER HOUSE"));
+    QCOMPARE(f->txtPartyCode->text(), QStringLiteral("14-10-001"));
+    QVERIFY(rec.isEmpty());
+}
+
+// A user who prefers it sees line confirmations in the status bar; a
+// refusal is still a box.
+void TestJournalVoucherScreen::lineConfirmationsInStatusBar()
+{
+    startYear(QStringLiteral("sqlite"));
+    MessageRecorder rec;
+    session().lineConfirmationsInStatusBar = true;
+    frmJournalVoucher *f = m_host->open(QStringLiteral("mnuPCashPaidVoucher"));
+    typeLine(f, QStringLiteral("ELECTRICITY"), QStringLiteral("10"));
+    f->cmdNew->click();
+    const QString shown = m_host->statusBar()->currentMessage();
+    typeLine(f, QStringLiteral("ELECTRICITY"), QString());
+    f->cmdNew->click();
+    session().lineConfirmationsInStatusBar = false;
+    QCOMPARE(shown, QStringLiteral("Party has Debited/Credited successfully"));
+    QCOMPARE(rec.texts(), QStringList{QStringLiteral("Amount is missing, please enter amount")});
 }
 
 QTEST_MAIN(TestJournalVoucherScreen)

@@ -18,6 +18,11 @@ public:
     using Work = std::function<void()>;
     CommandGate(QPushButton *button, Check check, Work work);
 
+    // The check runs on entering the button only while `when` holds (a
+    // line button passed over on the way elsewhere stays silent); a click
+    // always checks.
+    void checkOnFocusWhen(std::function<bool()> when) { m_focusWhen = std::move(when); }
+
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
@@ -30,10 +35,6 @@ private:
     bool m_checkedOnFocus = false;
     bool m_focusCheckPassed = false;
     bool m_checking = false;
+    std::function<bool()> m_focusWhen;
 };
 
-class QValidator;
-class QLineEdit;
-// The fax field's filter: digits, blank, comma and dash; every other
-// character is dropped, typed or pasted.
-QValidator *attachFaxFilter(QLineEdit *field);

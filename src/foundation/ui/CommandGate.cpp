@@ -1,10 +1,8 @@
-#include "accounts/ui/CommandGate.h"
+#include "foundation/ui/CommandGate.h"
 
 #include <QEvent>
 #include <QFocusEvent>
-#include <QLineEdit>
 #include <QPushButton>
-#include <QValidator>
 
 CommandGate::CommandGate(QPushButton *button, Check check, Work work)
     : QObject(button), m_button(button), m_check(std::move(check)), m_work(std::move(work))
@@ -20,6 +18,8 @@ bool CommandGate::eventFilter(QObject *watched, QEvent *event)
         // back when a message box closes must not check (and refuse) again.
         const Qt::FocusReason reason = static_cast<QFocusEvent *>(event)->reason();
         if (reason == Qt::ActiveWindowFocusReason || reason == Qt::PopupFocusReason)
+            return QObject::eventFilter(watched, event);
+        if (m_focusWhen && !m_focusWhen())
             return QObject::eventFilter(watched, event);
         m_checking = true;
         m_checkedOnFocus = true;
@@ -40,35 +40,4 @@ void CommandGate::clicked()
     }
     if (m_work)
         m_work();
-}
-
-namespace {
-class FaxValidator : public QValidator
-{
-public:
-    using QValidator::QValidator;
-    State validate(QString &input, int &pos) const override
-    {
-        QString kept;
-        int newPos = pos;
-        for (int i = 0; i < input.size(); ++i) {
-            const QChar c = input.at(i);
-            if ((c >= QLatin1Char('0') && c <= QLatin1Char('9')) || c == QLatin1Char(' ') || c == QLatin1Char(',')
-                || c == QLatin1Char('-'))
-                kept += c;
-            else if (i < pos)
-                --newPos;
-        }
-        input = kept;
-        pos = newPos;
-        return Acceptable;
-    }
-};
-} // namespace
-
-QValidator *attachFaxFilter(QLineEdit *field)
-{
-    auto *v = new FaxValidator(field);
-    field->setValidator(v);
-    return v;
 }
