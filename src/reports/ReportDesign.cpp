@@ -149,6 +149,10 @@ QStringList ReportDesign::fieldsUsed() const
     for (const QString &t : totals) add(t);
     add(emphasisField);
     add(asAtField);
+    if (chart) {
+        add(chart->label);
+        for (const QString &v : chart->values) add(v);
+    }
     if (link)
         for (const auto &k : link->keys) add(k.second);
     return out;
@@ -267,6 +271,33 @@ ReportDesign parseDesign(const QByteArray &json, const QString &origin)
         d.wordsField = r.identifier(o.value(QLatin1String("amountInWords")), QStringLiteral("\"amountInWords\""));
         if (d.columnIndex(d.wordsField) < 0)
             r.fail(QStringLiteral("\"amountInWords\" must be a column of the design"));
+    }
+
+    const QJsonValue chart = o.value(QLatin1String("chart"));
+    if (!chart.isUndefined() && !chart.isNull()) {
+        const QJsonObject c = r.object(chart, QStringLiteral("\"chart\""));
+        DesignChart dc;
+        const QString kind = r.text(c, "type", QStringLiteral("bar")).toLower();
+        if (kind == QLatin1String("bar"))
+            dc.kind = DesignChart::Kind::Bar;
+        else if (kind == QLatin1String("stacked"))
+            dc.kind = DesignChart::Kind::Stacked;
+        else if (kind == QLatin1String("line"))
+            dc.kind = DesignChart::Kind::Line;
+        else
+            r.fail(QStringLiteral("unknown chart type \"%1\" (bar, stacked or line)").arg(kind));
+        if (!r.text(c, "label").isEmpty())
+            dc.label = r.identifier(c.value(QLatin1String("label")), QStringLiteral("\"chart\" label"));
+        dc.values = r.fieldList(c, "values");
+        if (dc.values.isEmpty())
+            r.fail(QStringLiteral("\"chart\" needs \"values\": the fields of its categories"));
+        for (const QString &v : dc.values) {
+            const int col = d.columnIndex(v);
+            dc.categories << (col >= 0 ? d.columns.at(col).caption : v);
+        }
+        dc.caption = r.text(c, "caption");
+        dc.maxSeries = qBound(1, c.value(QLatin1String("maxSeries")).toInt(8), 30);
+        d.chart = dc;
     }
 
     const QJsonValue link = o.value(QLatin1String("link"));

@@ -78,6 +78,21 @@ struct DesignLink
     QVector<QPair<QString, QString>> keys; // target field <- this row's field
 };
 
+// A chart printed after the report's pages: one category per field of
+// `values` (the months of a comparison), one series per detail row named by
+// its `label` field (or one series when there is no label), and the sum of
+// each category shown above it.
+struct DesignChart
+{
+    enum class Kind { Bar, Stacked, Line };
+    Kind kind = Kind::Bar;
+    QString label;               // field naming each row's series; empty: one series
+    QStringList values;          // the categories, each a field of the source
+    QStringList categories;      // their captions (default: the columns' captions)
+    QString caption;             // the value axis
+    int maxSeries = 8;           // rows beyond these are added up as "OTHERS"
+};
+
 struct ReportDesign
 {
     QString name;                // crVoucherListing
@@ -109,6 +124,7 @@ struct ReportDesign
     // a sheet), with the total of `wordsField` in words under the totals.
     bool halfPage = false;
     QString wordsField;
+    std::optional<DesignChart> chart;
 
     QString origin;              // where it was read from, for messages
 

@@ -12,6 +12,7 @@
 #include <QString>
 #include <QVariant>
 #include <QVector>
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -130,6 +131,9 @@ public:
     QDateTime printedAt;
 
     int pageCount() const;
+    // A design with a chart gets one page more, after the table, when the
+    // program has a chart painter (setChartPainter).
+    bool hasChartPage() const;
     // Page size in points (1/72 inch).
     QSizeF pageSizePoints() const;
     // Paints page `page` (0-based) into `target`, a rectangle in the
@@ -151,6 +155,7 @@ public:
 
 private:
     const LayoutData &pages() const;
+    void paintChartPage(QPainter &painter, const QRectF &target) const;
     mutable std::unique_ptr<LayoutData> m_layout;
 };
 
@@ -174,6 +179,30 @@ public:
     // The user design folder of the settings file.
     static QString userDesignDir();
 };
+
+// The figures of a design's chart, read from a rendered report's rows:
+// the categories (months), a series per row (the largest first; those
+// beyond the design's limit added up as "OTHERS"), and each category's
+// total over all rows.
+struct ChartData
+{
+    DesignChart::Kind kind = DesignChart::Kind::Bar;
+    QString heading;
+    QString periodText;
+    QString caption;
+    QStringList categories;
+    QStringList seriesNames;
+    QVector<QVector<Money>> series;   // [series][category]
+    QVector<Money> totals;            // [category]
+    bool isEmpty() const { return series.isEmpty(); }
+};
+ChartData chartData(const RenderedReport &report);
+
+// Draws a chart into `area` of a page (the screens install one drawn with
+// Qt Charts; without one a report has no chart page).
+using ChartPainter = std::function<void(QPainter &, const QRectF &area, const ChartData &)>;
+void setChartPainter(ChartPainter painter);
+bool hasChartPainter();
 
 // An amount in words, as under a voucher's total:
 // "ONE THOUSAND TWO HUNDRED THIRTY-FOUR AND 50/100 ONLY".

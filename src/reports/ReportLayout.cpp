@@ -72,7 +72,66 @@ RenderedReport::~RenderedReport() = default;
 RenderedReport::RenderedReport(RenderedReport &&) noexcept = default;
 RenderedReport &RenderedReport::operator=(RenderedReport &&) noexcept = default;
 
-int RenderedReport::pageCount() const { return pages().pageStarts.size(); }
+int RenderedReport::pageCount() const { return pages().pageStarts.size() + (hasChartPage() ? 1 : 0); }
+
+namespace {
+ChartPainter &chartPainterSlot()
+{
+    static ChartPainter painter;
+    return painter;
+}
+} // namespace
+
+void setChartPainter(ChartPainter painter) { chartPainterSlot() = std::move(painter); }
+bool hasChartPainter() { return bool(chartPainterSlot()); }
+
+bool RenderedReport::hasChartPage() const
+{
+    return design.chart.has_value() && hasChartPainter() && !rows.isEmpty();
+}
+
+ChartData chartData(const RenderedReport &r)
+{
+    ChartData d;
+    if (!r.design.chart)
+        return d;
+    const DesignChart &c = *r.design.chart;
+    d.kind = c.kind;
+    d.heading = r.heading;
+    d.periodText = r.periodText;
+    d.caption = c.caption;
+    d.categories = c.categories;
+    d.totals = QVector<Money>(c.values.size());
+    struct Series { QString name; QVector<Money> values; qint64 weight = 0; };
+    QVector<Series> all;
+    for (int i = 0; i < r.rows.size(); ++i) {
+        const Row &row = r.rows.at(i);
+        Series s;
+        s.name = c.label.isEmpty() ? (c.caption.isEmpty() ? r.heading : c.caption) : row.text(c.label).trimmed();
+        for (int k = 0; k < c.values.size(); ++k) {
+            const Money m = row.money(c.values.at(k)).value_or(Money());
+            s.values << m;
+            s.weight += qAbs(m.cents());
+            d.totals[k] = d.totals[k] + m;
+        }
+        all << s;
+    }
+    std::stable_sort(all.begin(), all.end(), [](const Series &a, const Series &b) { return a.weight > b.weight; });
+    const int keep = all.size() > c.maxSeries ? c.maxSeries - 1 : all.size();
+    for (int i = 0; i < keep; ++i) {
+        d.seriesNames << all.at(i).name;
+        d.series << all.at(i).values;
+    }
+    if (keep < all.size()) {
+        QVector<Money> others(c.values.size());
+        for (int i = keep; i < all.size(); ++i)
+            for (int k = 0; k < c.values.size(); ++k)
+                others[k] = others[k] + all.at(i).values.at(k);
+        d.seriesNames << QStringLiteral("OTHERS");
+        d.series << others;
+    }
+    return d;
+}
 
 QSizeF RenderedReport::pageSizePoints() const
 {
@@ -657,6 +716,10 @@ const LayoutData &RenderedReport::pages() const
 void RenderedReport::paintPage(QPainter &p, int page, const QRectF &target) const
 {
     const LayoutData &L = pages();
+    if (hasChartPage() && page == L.pageStarts.size()) {
+        paintChartPage(p, target);
+        return;
+    }
     if (page < 0 || page >= L.pageStarts.size())
         return;
     const Page &items = L.page(*this, page);
@@ -681,7 +744,47 @@ void RenderedReport::paintPage(QPainter &p, int page, const QRectF &target) cons
         const QRectF row(left, L.footerTop + 40, right - left, h);
         p.drawText(row, Qt::AlignLeft | Qt::AlignVCenter, L.footerLeft);
         p.setPen(Qt::black);
-        p.drawText(row, Qt::AlignRight | Qt::AlignVCenter, QStringLiteral("Page %1 of %2").arg(page + 1).arg(L.pageStarts.size()));
+        p.drawText(row, Qt::AlignRight | Qt::AlignVCenter, QStringLiteral("Page %1 of %2").arg(page + 1).arg(pageCount()));
+    }
+    p.restore();
+}
+
+void RenderedReport::paintChartPage(QPainter &p, const QRectF &target) const
+{
+    const LayoutData &L = pages();
+    const ChartData data = chartData(*this);
+    p.save();
+    p.translate(target.topLeft());
+    p.scale(target.width() / L.size.width(), target.height() / L.size.height());
+    p.setRenderHint(QPainter::Antialiasing, true);
+    p.setRenderHint(QPainter::TextAntialiasing, true);
+    const qreal left = kMarginX, right = L.size.width() - kMarginX;
+    qreal y = kMarginX;
+    auto line = [&](FontRole role, const QString &text) {
+        if (text.isEmpty())
+            return;
+        p.setFont(L.fonts.at(role));
+        const qreal h = QFontMetricsF(L.fonts.at(role)).height();
+        p.setPen(Qt::black);
+        p.drawText(QRectF(left, y, right - left, h), Qt::AlignHCenter | Qt::AlignVCenter, text);
+        y += h * 1.2;
+    };
+    line(Name, header.clientName);
+    line(Title, heading);
+    line(Body, periodText);
+    y += 40;
+    const qreal bottom = L.footer ? L.footerTop - 40 : L.size.height() - kMarginX;
+    chartPainterSlot()(p, QRectF(left, y, right - left, bottom - y), data);
+    if (L.footer) {
+        const qreal h = QFontMetricsF(L.fonts.at(Small)).height();
+        p.setPen(QPen(Qt::black, 4));
+        p.drawLine(QPointF(left, L.footerTop), QPointF(right, L.footerTop));
+        p.setFont(L.fonts.at(Small));
+        p.setPen(QColor(70, 70, 70));
+        const QRectF row(left, L.footerTop + 40, right - left, h);
+        p.drawText(row, Qt::AlignLeft | Qt::AlignVCenter, L.footerLeft);
+        p.setPen(Qt::black);
+        p.drawText(row, Qt::AlignRight | Qt::AlignVCenter, QStringLiteral("Page %1 of %1").arg(pageCount()));
     }
     p.restore();
 }
@@ -709,7 +812,13 @@ QStringList RenderedReport::pageTexts() const
         for (const PageItem &it : L.page(*this, i).items)
             if (it.kind == PageItem::Kind::Text) words << it.text;
         if (L.footer)
-            words << QStringLiteral("Page %1 of %2").arg(i + 1).arg(L.pageStarts.size());
+            words << QStringLiteral("Page %1 of %2").arg(i + 1).arg(pageCount());
+        out << words.join(QLatin1Char('\n'));
+    }
+    if (hasChartPage()) {
+        const ChartData data = chartData(*this);
+        QStringList words{header.clientName, heading, periodText, data.caption};
+        words << data.categories << data.seriesNames;
         out << words.join(QLatin1Char('\n'));
     }
     return out;

@@ -18,11 +18,13 @@ void openReport(MdiHost &host, const QString &design, const QString &title)
 } // namespace
 
 void registerLedgerStatementsMenu(MenuRouter &router); // LedgerStatementsMenu.cpp
+void registerPositionReportsMenu(MenuRouter &router);   // PositionReportsMenu.cpp
 
 // The menu entries of this subsystem and the screens they open.
 void registerReportsMenu(MenuRouter &router)
 {
     registerLedgerStatementsMenu(router);
+    registerPositionReportsMenu(router);
     router.on(QStringLiteral("mnuPrintVoucher"), [](MdiHost &host) {
         auto *f = host.showScreen<frmPrintVoucher>(QStringLiteral("frmPrintVoucher"));
         f->setTitle(QStringLiteral("PRINT VOUCHER"));

@@ -6,6 +6,7 @@
 #include "foundation/ui/MaskedLineEdit.h"
 #include "foundation/ui/ScreenServices.h"
 #include "reports/LedgerStatements.h"
+#include "reports/PositionReports.h"
 #include "reports/ui/frmViewReport.h"
 
 #include <QPushButton>
@@ -21,6 +22,7 @@ frmSingleDateReport::frmSingleDateReport(QWidget *parent) : BaseScreen(parent)
     packFields();
     // A date that names no day would print the sheet of another period.
     m_gate = new CommandGate(cmdBalanceSheet, [this] { return ValidateDate(mskDate); }, [this] { printBalanceSheet(); });
+    m_searchGate = new CommandGate(cmdSearch, [this] { return ValidateDate(mskDate); }, [this] { printPartyPosition(); });
     connect(cmdCancel, &QPushButton::clicked, this, &BaseScreen::closeScreen);
     DateToMaskText(session().dateToday(), mskDate);
 }
@@ -39,5 +41,21 @@ void frmSingleDateReport::printBalanceSheet()
     session().periodTo = mskDate->date();
     Reports::showReport(this, LedgerStatements::balanceSheetUpto(session().periodTo, mskDate->maskText()));
     cmdBalanceSheet->setEnabled(true);
+    mskDate->setFocus();
+}
+
+void frmSingleDateReport::showPartyPositionForm()
+{
+    setTitle(QStringLiteral("PARTY POSITION"));
+    showOnlyButtons({QStringLiteral("cmdSearch"), QStringLiteral("cmdCancel")});
+    mskDate->setFocus();
+}
+
+void frmSingleDateReport::printPartyPosition()
+{
+    cmdSearch->setEnabled(false);
+    session().periodTo = mskDate->date();
+    Reports::showReport(this, PositionReports::partyPositionSingleDate(session().periodTo, mskDate->maskText()));
+    cmdSearch->setEnabled(true);
     mskDate->setFocus();
 }

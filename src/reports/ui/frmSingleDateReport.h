@@ -17,6 +17,9 @@ public:
 
     // Title "BALANCE SHEET", cmdBalanceSheet shown and cmdSearch hidden.
     void showBalanceSheetForm();
+    // Title "PARTY POSITION", cmdSearch shown and cmdBalanceSheet hidden:
+    // the parties' balances up to the date.
+    void showPartyPositionForm();
 
     MaskedLineEdit *mskDate = nullptr;
     QPushButton *cmdBalanceSheet = nullptr;
@@ -25,6 +28,8 @@ public:
 
 private:
     void printBalanceSheet();
+    void printPartyPosition();
 
     CommandGate *m_gate = nullptr;
+    CommandGate *m_searchGate = nullptr;
 };

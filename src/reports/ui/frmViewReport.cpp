@@ -1,4 +1,5 @@
 #include "reports/ui/frmViewReport.h"
+#include "reports/ui/ReportChart.h"
 
 #include "foundation/Session.h"
 #include "foundation/ui/MessageService.h"
@@ -172,6 +173,7 @@ frmViewReport *openViewer(QWidget *parent, const ReportRequest &request, frmView
 
 frmViewReport *showReport(QWidget *parent, const ReportRequest &given)
 {
+    ReportChart::install();
     // The working title's letterhead, unless the request names one.
     ReportRequest request = given;
     if (!request.letterhead) {
@@ -191,6 +193,7 @@ using namespace Reports;
 
 frmViewReport::frmViewReport(QWidget *parent) : QWidget(parent, Qt::Window)
 {
+    ReportChart::install();
     setObjectName(QStringLiteral("frmViewReport"));
     setWindowTitle(QStringLiteral("REPORT"));
 
