@@ -14,6 +14,10 @@ PeriodReportScreen::PeriodReportScreen(QWidget *parent, const char *name, const 
 {
     setObjectName(QLatin1String(name));
     setTitle(title);
+}
+
+void PeriodReportScreen::addPeriodFields()
+{
     mskDateFrom = addMaskedEdit(QStringLiteral("mskDateFrom"), QStringLiteral("DATE FROM:"), MaskedLineEdit::dateMask());
     mskDateTo = addMaskedEdit(QStringLiteral("mskDateTo"), QStringLiteral("DATE TO:"), MaskedLineEdit::dateMask());
     EnterToTab::attach(mskDateFrom);
@@ -22,6 +26,8 @@ PeriodReportScreen::PeriodReportScreen(QWidget *parent, const char *name, const 
 
 QPushButton *PeriodReportScreen::addPrintButton(const char *name, const QString &caption)
 {
+    if (!mskDateFrom)
+        addPeriodFields();
     m_print = addButton(QLatin1String(name), caption);
     cmdCancel = addButton(QStringLiteral("cmdCancel"), QStringLiteral("&CANCEL"));
     packFields();

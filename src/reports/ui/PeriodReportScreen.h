@@ -23,6 +23,8 @@ public:
 
 protected:
     PeriodReportScreen(QWidget *parent, const char *name, const QString &title);
+    // The two dates, where the screen wants them (else before the button).
+    void addPeriodFields();
     // Adds the print button (after the screen's own fields) and wires it.
     QPushButton *addPrintButton(const char *name, const QString &caption);
     // The dates as typed, for the request.

@@ -5,6 +5,8 @@
 #include <QBarSet>
 #include <QChart>
 #include <QGraphicsScene>
+#include <QLegend>
+#include <QLegendMarker>
 #include <QLineSeries>
 #include <QPainter>
 #include <QStackedBarSeries>
@@ -86,12 +88,12 @@ void paint(QPainter &painter, const QRectF &area, const Reports::ChartData &data
     }
     // The total of each month, written over it.
     if (data.series.size() > 1 || data.kind == Kind::Bar) {
+        // Only the figures show: no line joins them, and the legend has
+        // no entry for them.
         auto *totals = new QLineSeries;
         totals->setName(QStringLiteral("TOTAL"));
-        QPen pen(QColor(40, 40, 40));
-        pen.setWidthF(1.5);
-        pen.setStyle(Qt::DashLine);
-        totals->setPen(pen);
+        totals->setPen(QPen(Qt::transparent));
+        totals->setPointLabelsColor(QColor(30, 30, 30));
         for (int k = 0; k < data.totals.size(); ++k) {
             totals->append(k, data.totals.at(k).toDouble());
             widen(data.totals.at(k).toDouble());
@@ -103,6 +105,8 @@ void paint(QPainter &painter, const QRectF &area, const Reports::ChartData &data
         chart->addSeries(totals);
         totals->attachAxis(axisX);
         totals->attachAxis(axisY);
+        for (QLegendMarker *marker : chart->legend()->markers(totals))
+            marker->setVisible(false);
     }
     const double pad = qMax(1.0, (high - low) * 0.08);
     axisY->setRange(low < 0 ? low - pad : 0, high + pad);

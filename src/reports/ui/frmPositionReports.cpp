@@ -30,6 +30,7 @@ frmPartyPosition::frmPartyPosition(QWidget *parent)
     option(optPayablePurchaser, "optPayablePurchaser", "PURCHASER POSITION UPTO DATE");
     option(optPartyPositionTwoDates, "optPartyPositionTwoDates", "PARTY POSITION BETWEEN TWO DATES");
     addRow(QString(), options);
+    addPeriodFields();
     mskCodeFrom = addMaskedEdit(QStringLiteral("mskCodeFrom"), QStringLiteral("CODE FROM:"), MaskedLineEdit::accountCodeMask());
     mskCodeTo = addMaskedEdit(QStringLiteral("mskCodeTo"), QStringLiteral("CODE TO:"), MaskedLineEdit::accountCodeMask());
     EnterToTab::attach(mskCodeFrom);
