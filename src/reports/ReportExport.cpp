@@ -284,6 +284,58 @@ private:
 
 } // namespace
 
+// The chart of a design on a sheet of its own: its figures (a row a
+// series, the totals under them) and the spreadsheet's own chart drawn
+// from them.
+static lxw_error writeChartSheet(lxw_workbook *book, const ChartData &c, lxw_format *bold, lxw_format *figure)
+{
+    lxw_worksheet *ws = workbook_add_worksheet(book, "CHART");
+    auto str = [&](lxw_row_t row, int col, const QString &s, lxw_format *f) {
+        const QByteArray b = s.toUtf8();
+        return worksheet_write_string(ws, row, lxw_col_t(col), b.constData(), f);
+    };
+    worksheet_set_column(ws, 0, 0, 28, nullptr);
+    lxw_error e = LXW_NO_ERROR;
+    for (int k = 0; k < c.categories.size() && !e; ++k)
+        e = str(0, k + 1, c.categories.at(k), bold);
+    lxw_row_t row = 1;
+    auto figures = [&](const QString &name, const QVector<Money> &values, lxw_format *f) {
+        lxw_error err = str(row, 0, name, f);
+        for (int k = 0; k < values.size() && !err; ++k)
+            err = worksheet_write_number(ws, row, lxw_col_t(k + 1), values.at(k).toDouble(), figure);
+        ++row;
+        return err;
+    };
+    for (int s = 0; s < c.series.size() && !e; ++s)
+        e = figures(c.seriesNames.at(s), c.series.at(s), nullptr);
+    if (!e)
+        e = figures(QStringLiteral("TOTAL"), c.totals, bold);
+    if (e)
+        return e;
+
+    using Kind = DesignChart::Kind;
+    lxw_chart *chart = workbook_add_chart(book, c.kind == Kind::Stacked ? LXW_CHART_COLUMN_STACKED
+                                               : c.kind == Kind::Line   ? LXW_CHART_LINE
+                                                                        : LXW_CHART_COLUMN);
+    const QString last = QString(QChar(char16_t(u'A' + qMin(25, int(c.categories.size())))));
+    const QByteArray categories = QStringLiteral("=CHART!$B$1:$%1$1").arg(last).toUtf8();
+    for (int s = 0; s < c.series.size(); ++s) {
+        const QByteArray values = QStringLiteral("=CHART!$B$%1:$%2$%1").arg(s + 2).arg(last).toUtf8();
+        const QByteArray name = QStringLiteral("=CHART!$A$%1").arg(s + 2).toUtf8();
+        lxw_chart_series *series = chart_add_series(chart, categories.constData(), values.constData());
+        chart_series_set_name(series, name.constData());
+    }
+    const QByteArray title = c.heading.toUtf8(), axis = c.caption.toUtf8();
+    chart_title_set_name(chart, title.constData());
+    if (!c.caption.isEmpty())
+        chart_axis_set_name(chart->y_axis, axis.constData());
+    chart_legend_set_position(chart, LXW_CHART_LEGEND_BOTTOM);
+    lxw_chart_options place{};
+    place.x_scale = 2.2;
+    place.y_scale = 1.8;
+    return worksheet_insert_chart_opt(ws, row + 1, 0, chart, &place);
+}
+
 bool exportXlsx(const RenderedReport &r, const QString &path, QString *error)
 {
     const ReportDesign &d = r.design;
@@ -370,6 +422,8 @@ bool exportXlsx(const RenderedReport &r, const QString &path, QString *error)
             break;
         ++row;
     }
+    if (!e && d.chart && !r.rows.isEmpty())
+        e = writeChartSheet(wb.book(), chartData(r), bold, integer[0]);
     if (e)
         return fail(QString::fromUtf8(lxw_strerror(e)));
     e = wb.close();

@@ -2,10 +2,12 @@
 // figure against the ledger rows it stands for, to the cent, on both
 // engines; the comparison's rounding of a month to whole money.
 #include "LedgerFixture.h"
+#include "ReportReadBack.h"
 #include "support/TestDb.h"
 
 #include "foundation/Schema.h"
 #include "reports/PositionReports.h"
+#include "reports/ReportExport.h"
 #include "reports/ReportFrame.h"
 #include "vouchers/LedgerWriter.h"
 
@@ -203,6 +205,15 @@ private slots:
         QCOMPARE(chart.categories.first(), QStringLiteral("JAN"));
         QCOMPARE(chart.seriesNames.first(), QStringLiteral("SALARIES"));
         QCOMPARE(chart.totals.at(5), Money::fromUnits(2501));
+        // The workbook carries the figures and a chart of them on a sheet
+        // of their own.
+        QTemporaryDir dir;
+        const QString book = dir.filePath(QStringLiteral("comparison.xlsx"));
+        QString error;
+        QVERIFY2(Reports::exportFile(report, book, &error), qPrintable(error));
+        const QString listing = ReportReadBack::runTool(QStringLiteral("unzip"), {QStringLiteral("-l"), book});
+        QVERIFY2(listing.contains(QStringLiteral("xl/charts/chart1.xml")), qPrintable(listing));
+        QVERIFY(listing.contains(QStringLiteral("xl/worksheets/sheet2.xml")));
 
         // Run again: the staging holds only the new run.
         QCOMPARE(MonthlyComparison::stage(*db, MonthlyComparison::Kind::ProfitAndLoss, 2026), 1);
