@@ -17,6 +17,7 @@
 #include "foundation/Schema.h"
 #include "foundation/SessionConnection.h"
 #include "reports/LedgerStatements.h"
+#include "reports/PositionReports.h"
 #include "reports/ReportExport.h"
 #include "reports/ReportFrame.h"
 #include "vouchers/DemoGenerator.h"
@@ -290,6 +291,28 @@ int main(int argc, char **argv)
                 explain(*db, s.bare, s.bareParams);
             }
         }
+
+        // The monthly comparisons of the period's last year: staged for
+        // printing, beside the bare grouped query over the ledger rows.
+        const int compareYear = to.year();
+        const QVariantList yearParams{QDate(compareYear, 1, 1), QDate(compareYear, 12, 31)};
+        printRow(QStringLiteral("Monthly profit and loss comparison %1").arg(compareYear),
+                 timeIt(runs, [&]() -> qint64 {
+                     return MonthlyComparison::stage(*db, MonthlyComparison::Kind::ProfitAndLoss, compareYear);
+                 }),
+                 timeIt(runs, rowsOf(QStringLiteral("SELECT Month(VDate), SUM(PartyBalance) FROM tblPartyBalance "
+                                                    "WHERE VDate >= ? AND VDate <= ? AND ((PartyCode >= '13-10-000' AND "
+                                                    "PartyCode <= '13-99-999') OR PartyCode > '20-00-000') "
+                                                    "AND PartyCode NOT LIKE '%-000' GROUP BY Month(VDate)"),
+                                     yearParams)));
+        printRow(QStringLiteral("Monthly expense comparison %1").arg(compareYear),
+                 timeIt(runs, [&]() -> qint64 {
+                     return MonthlyComparison::stage(*db, MonthlyComparison::Kind::Expenses, compareYear);
+                 }),
+                 timeIt(runs, rowsOf(QStringLiteral("SELECT PartyCode, Month(VDate), SUM(PartyBalance) FROM tblPartyBalance "
+                                                    "WHERE VDate >= ? AND VDate <= ? AND PartyCode >= '21-10-001' AND "
+                                                    "PartyCode <= '21-99-999' GROUP BY PartyCode, Month(VDate)"),
+                                     yearParams)));
 
         // The ageing: the view alone, then through the report frame to PDF.
         const QString ageingBare = QStringLiteral(
