@@ -1,10 +1,10 @@
 #pragma once
 
-// Ledger rows for the tests of the ledger, the ageing and the statements,
-// written straight into the year's tables.
+// Ledger rows for the tests of the ledger, the ageing and the statements.
 
 #include "foundation/Money.h"
 #include "foundation/SessionConnection.h"
+#include "vouchers/LedgerWriter.h"
 
 #include <QDate>
 #include <QString>
@@ -29,18 +29,23 @@ inline Money money(const QString &text)
 }
 
 // One ledger row; a positive amount is a debit, a negative one a credit.
+// Written by the ledger writer, as every posting is, so that the kept
+// balances move with it.
 inline qint64 post(SessionConnection &db, const QString &type, qint64 no, const QDate &date, const QString &code,
                    const QString &name, const QString &amount, const QString &desc = QString())
 {
     const Money m = money(amount);
-    const Money dr = m.isPositive() ? m : Money();
-    const Money cr = m.isNegative() ? -m : Money();
-    return db.insertReturningKey(
-        QStringLiteral("INSERT INTO tblPartyBalance (VoucherType, VoucherNo, VDate, InvoiceNo, PartyCode, PartyName, "
-                       "PartyDR, PartyCR, PartyBalance, PartyDesc, UserName, EntryDate) "
-                       "VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, 'TEST', ?)"),
-        {type, no, date, QString::number(no), code, name, dr.toVariant(), cr.toVariant(), m.toVariant(),
-         desc.isEmpty() ? type : desc, date});
+    LedgerRow row;
+    row.voucherType = type;
+    row.voucherNo = no;
+    row.vDate = date;
+    row.invoiceNo = QString::number(no);
+    row.partyCode = code;
+    row.partyName = name;
+    row.partyDR = m.isPositive() ? m : Money();
+    row.partyCR = m.isNegative() ? -m : Money();
+    row.partyDesc = desc.isEmpty() ? type : desc;
+    return LedgerWriter(db, QStringLiteral("TEST"), date).insert(row);
 }
 
 // A voucher of two rows: `amount` debited to one account, credited to the

@@ -145,10 +145,17 @@ private slots:
             for (const Row &r : db->select(QStringLiteral("SELECT * FROM ") + QLatin1String(view)))
                 got.insert(r.text(QStringLiteral("PartyCode")).trimmed(), totalsOf(r));
             QCOMPARE(got.keys(), want.keys());
-            for (auto it = want.cbegin(); it != want.cend(); ++it)
-                QVERIFY2(got.value(it.key()) == it.value(),
+            // The statements over all accounts carry no date of the last
+            // posting: they are summed from the kept months.
+            const bool dated = QLatin1String(view) == QLatin1String("AccountPeriodTotals");
+            for (auto it = want.cbegin(); it != want.cend(); ++it) {
+                Figures w = it.value();
+                if (!dated)
+                    w.last = QDate();
+                QVERIFY2(got.value(it.key()) == w,
                          qPrintable(QLatin1String(view) + QLatin1Char(' ') + it.key() + QStringLiteral(": ")
-                                    + describe(got.value(it.key())) + QStringLiteral(" / ") + describe(it.value())));
+                                    + describe(got.value(it.key())) + QStringLiteral(" / ") + describe(w)));
+            }
         }
 
         // One account asked for alone, as the ledger asks.
