@@ -100,6 +100,8 @@ Outcome modify(SessionConnection &db, qint64 srNo, const Entry &entry)
         Transaction tx(db);
         if (const Outcome c = checkEntry(db, entry); !c)
             return c;
+        if (!db.selectOne(QStringLiteral("SELECT SrNo FROM tblEmployeeInfo WHERE SrNo = ?"), {srNo}))
+            return Outcome::refusal(Msg::noRowPicked(), QStringLiteral("dgVoucher"));
         if (codeHeldByAnother(db, entry.code, srNo))
             return Outcome::refusal(Msg::alreadySavedOnModify(), QStringLiteral("mskPartyCode"));
         QVariantList p = values(entry);

@@ -87,15 +87,15 @@ void part(DemoContext &c)
         throwIfRefused(EmployeeRegister::add(c.db, e));
     }
 
-    // A sheet at each month's end inside the year, a line per active
+    // A sheet at the end of each month that ends inside the year, a line per active
     // employee with some overtime, leave and advance.
     SalarySheet sheet(c.db, c.options.userName, c.options.to);
     const QueryResult active = sheet.activeEmployees();
     QDate month(c.options.from.year(), c.options.from.month(), 1);
     for (; month <= c.options.to; month = month.addMonths(1)) {
-        const QDate date = qMin(month.addDays(month.daysInMonth() - 1), c.options.to);
-        if (date < c.options.from)
-            continue;
+        const QDate date = month.addDays(month.daysInMonth() - 1);
+        if (date < c.options.from || date > c.options.to)
+            continue; // a month not ended inside the year has no sheet yet
         SalaryKey key;
         key.number = sheet.nextNumber();
         key.date = date;
