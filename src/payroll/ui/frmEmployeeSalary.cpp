@@ -126,7 +126,7 @@ void frmEmployeeSalary::buildSheet()
                                  QStringLiteral("SELECT A LINE TO MODIFY OR DELETE IT")));
     dgVoucher = grid(p, QStringLiteral("dgVoucher"));
     proportionalColumns(dgVoucher, {0, 1300, 950, 900, 900, 900, 1200, 1200, 1200, 1200});
-    amountColumns(dgVoucher, {2, 6, 7, 8, 9});
+    amountColumns(dgVoucher, {2, 3, 4, 5, 6, 7, 8, 9}); // hours and days to two places too
     dgVoucher->setMinimumHeight(150);
     outer->addWidget(dgVoucher, 1);
 

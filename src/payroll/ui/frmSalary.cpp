@@ -12,6 +12,7 @@
 #include "foundation/ui/ScreenServices.h"
 
 #include <QComboBox>
+#include <QHeaderView>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTableView>
@@ -54,6 +55,7 @@ frmSalary::frmSalary(QWidget *parent) : BaseScreen(parent)
     dgVoucher = addGrid(QStringLiteral("dgVoucher"));
     ScreenBuild::proportionalColumns(dgVoucher, {0, 3600, 1500, 1300, 1300, 1200});
     ScreenBuild::amountColumns(dgVoucher, {2});
+    dgVoucher->verticalHeader()->hide();
 
     cmdNew = addButton(QStringLiteral("cmdNew"), QStringLiteral("&NEW"));
     cmdModify = addButton(QStringLiteral("cmdModify"), QStringLiteral("&MODIFY"));
