@@ -196,6 +196,8 @@ const QVector<Index> &indexes()
         {QStringLiteral("ixPurchaseStockNo"), QStringLiteral("tblPurchaseStock"), QStringLiteral("VoucherNo"), false},
         {QStringLiteral("ixOtherServicesNo"), QStringLiteral("tblOtherServices"), QStringLiteral("VoucherNo"), false},
         {QStringLiteral("ixEmployeeSalaryNo"), QStringLiteral("tblEmployeeSalary"), QStringLiteral("VoucherNo"), false},
+        // One register row per employee account.
+        {QStringLiteral("uxEmployeeInfoCode"), QStringLiteral("tblEmployeeInfo"), QStringLiteral("EmployeeCode"), true},
     };
     return all;
 }
