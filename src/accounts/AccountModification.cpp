@@ -78,6 +78,35 @@ QueryResult allAccounts(SessionConnection &db)
     return db.select(QStringLiteral("SELECT PartyName, PartyCode FROM tblPartyInfo ORDER BY PartyName"));
 }
 
+std::optional<Change> load(SessionConnection &db, const QString &code)
+{
+    const auto row = db.selectOne(
+        QStringLiteral("SELECT PartyCode, PartyName, PartyAddress, PartyPhone, PartyFax, PartyEmail, PartyDesc, "
+                       "PartySaleTaxNo, PartyNTN, CareOf, DueDays FROM tblPartyInfo WHERE PartyCode = ?"),
+        {code});
+    if (!row)
+        return std::nullopt;
+    Change c;
+    c.oldCode = c.code = trimmedKey(row->text(0));
+    c.oldName = c.name = trimmedKey(row->text(1));
+    c.address = row->text(2);
+    c.phone = row->text(3);
+    c.fax = row->text(4);
+    c.email = row->text(5);
+    c.description = row->text(6);
+    c.saleTaxNo = row->text(7);
+    c.ntn = row->text(8);
+    c.careOf = trimmedKey(row->text(9));
+    c.dueDays = row->integer(10);
+    c.balance.reset();
+    if (const auto opening = OpeningBalance::openingRow(db, c.oldCode)) {
+        c.date = opening->date;
+        c.side = opening->side;
+        c.balance = opening->amount;
+    }
+    return c;
+}
+
 Outcome check(SessionConnection &db, const Change &c)
 {
     if (c.oldCode.trimmed().isEmpty()

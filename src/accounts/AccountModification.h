@@ -66,6 +66,11 @@ struct Change
 // Every account, headings too: columns PartyName, PartyCode by name.
 QueryResult allAccounts(SessionConnection &db);
 
+// The account of that code as the screen shows it, old and new values
+// alike, with its opening row (date, side and amount; no date and an
+// empty balance when it has none). Nothing when there is no such account.
+std::optional<Change> load(SessionConnection &db, const QString &code);
+
 // The checks of a save, in their order, without writing anything.
 Outcome check(SessionConnection &db, const Change &change);
 

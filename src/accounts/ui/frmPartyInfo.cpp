@@ -80,7 +80,8 @@ frmPartyInfo::frmPartyInfo(QWidget *parent)
     txtBalance->installEventFilter(this);
 
     connect(mskPartyCode, &QLineEdit::textChanged, this, &frmPartyInfo::showLastCode);
-    connect(txtPartyName, &QLineEdit::textChanged, this, &frmPartyInfo::showSimilarNames);
+    connect(txtPartyName, &QLineEdit::textChanged, this,
+            [this](const QString &name) { showSimilarNames(dgPartyInfo, name); });
     connect(cmdPartyCancel, &QPushButton::clicked, this, &BaseScreen::closeScreen);
     m_saveGate = new CommandGate(cmdPartySave, [this] { return ValidateDate(mskDate); }, [this] { save(); });
 
@@ -153,15 +154,15 @@ void frmPartyInfo::showLastCode()
     });
 }
 
-void frmPartyInfo::showSimilarNames()
+void frmPartyInfo::showSimilarNames(QTableView *grid, const QString &name)
 {
-    runSafely(this, [this] {
-        fillGrid(dgPartyInfo, Accounts::accountsNamed(session().db(), txtPartyName->text()),
+    runSafely(grid, [&] {
+        fillGrid(grid, Accounts::accountsNamed(session().db(), name),
                  {QStringLiteral("PARTY CODE"), QStringLiteral("PARTY NAME")});
-        dgPartyInfo->horizontalHeader()->setSectionResizeMode(QHeaderView::Fixed);
-        dgPartyInfo->setColumnWidth(0, 110);
-        dgPartyInfo->setColumnWidth(1, 520);
-        dgPartyInfo->horizontalHeader()->setStretchLastSection(true);
+        grid->horizontalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+        grid->setColumnWidth(0, 110);
+        grid->setColumnWidth(1, 520);
+        grid->horizontalHeader()->setStretchLastSection(true);
     });
 }
 
