@@ -1,5 +1,6 @@
 #include "vouchers/DemoGenerator.h"
 
+#include "accounts/AccountDemo.h"
 #include "foundation/Schema.h"
 #include "foundation/SessionConnection.h"
 
@@ -129,6 +130,7 @@ void DemoGenerator::addStandardParts()
     addPart(QStringLiteral("chart"), &DemoGenerator::chartPart);
     addPart(QStringLiteral("opening balances"), &DemoGenerator::openingBalancePart);
     addPart(QStringLiteral("post-dated cheques"), &DemoGenerator::postDatedChequePart);
+    addPart(QStringLiteral("account maintenance"), &AccountDemo::maintenancePart);
     addPart(QStringLiteral("vouchers"), &DemoGenerator::voucherPart);
 }
 
