@@ -38,7 +38,6 @@ frmModPartyInfo::frmModPartyInfo(QWidget *parent)
     mskNTN = addMaskedEdit(QStringLiteral("mskNTN"), QStringLiteral("NTN #:"), MaskedLineEdit::taxNoMask(), 1);
     txtDueDays = addLineEdit(QStringLiteral("txtDueDays"), QStringLiteral("DUE DAYS:"), 1);
     txtDueDays->setMaximumWidth(mskPartyCode->maximumWidth());
-    txtDueDays->setMaxLength(5);
     cmbCareOf = addComboBox(QStringLiteral("cmbCareOf"), QStringLiteral("CARE OF:"), 1);
     txtPartyDesc = addLineEdit(QStringLiteral("txtPartyDesc"), QStringLiteral("DESCRIPTION:"), 1);
     mskMDate = addMaskedEdit(QStringLiteral("mskMDate"), QStringLiteral("DATE:"), MaskedLineEdit::dateMask(), 1);
@@ -49,26 +48,17 @@ frmModPartyInfo::frmModPartyInfo(QWidget *parent)
     cmbMDBCR->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     txtMBalance = addLineEdit(QStringLiteral("txtMBalance"), QStringLiteral("BALANCE:"), 1);
     txtMBalance->setMaximumWidth(mskSaleTax->maximumWidth());
-    txtMBalance->setMaxLength(16);
 
     cmdPartyModify = addButton(QStringLiteral("cmdPartyModify"), QStringLiteral("&MODIFY"));
     cmdPartyCancel = addButton(QStringLiteral("cmdPartyCancel"), QStringLiteral("&CANCEL"));
     dgPartyInfo = addGrid(QStringLiteral("dgPartyInfo"));
     dgPartyInfo->setFocusPolicy(Qt::NoFocus);
 
-    for (QWidget *w : std::initializer_list<QWidget *>{txtPartyName, mskPartyCode, txtPartyAddress, txtPartyPhone,
-                                                       txtPartyFax, txtPartyEmail, mskSaleTax, mskNTN, txtDueDays,
-                                                       cmbCareOf, txtPartyDesc, mskMDate, cmbMDBCR, txtMBalance})
-        EnterToTab::attach(w);
-    SafeTextKey::attach(txtPartyName);
-    SafeTextKey::attach(txtPartyAddress);
-    SafeTextKey::attach(txtPartyDesc);
-    SafeTextKey::attach(cmbCareOf);
-    FaxFilter::attach(txtPartyFax);
-    DigitsOnly::attach(txtDueDays);
-    DecimalOnly::attach(txtMBalance);
-    FocusNextOnKey::attach(cmbCareOf, txtPartyDesc);
-    FocusNextOnKey::attach(cmbMDBCR, txtMBalance);
+    frmPartyInfo::attachAccountKeys({{txtPartyName, mskPartyCode, txtPartyAddress, txtPartyPhone, txtPartyFax,
+                                      txtPartyEmail, mskSaleTax, mskNTN, txtDueDays, cmbCareOf, txtPartyDesc, mskMDate,
+                                      cmbMDBCR, txtMBalance},
+                                     txtPartyName, txtPartyAddress, txtPartyFax, txtDueDays,
+                                     txtPartyDesc, txtMBalance, cmbCareOf, cmbMDBCR});
     txtDueDays->installEventFilter(this);
 
     m_pick = new AccountPick(cmbPartyName, mskOldPartyCode, nullptr, this);

@@ -19,14 +19,6 @@
 
 namespace {
 
-QComboBox *sideCombo(QWidget *parent, const QString &name)
-{
-    QComboBox *c = ScreenBuild::combo(parent, name, KeyRules::Kind::LettersUpper, false);
-    c->addItems({QStringLiteral("DR"), QStringLiteral("CR")});
-    c->setCurrentIndex(0);
-    return c;
-}
-
 // A side and amount as the field holds them: nothing for an empty field.
 OpeningBalance::Entry entryOf(MaskedLineEdit *code, MaskedLineEdit *date, QComboBox *side, QLineEdit *amount)
 {
@@ -59,29 +51,40 @@ frmOpeningBalance::frmOpeningBalance(QWidget *parent)
     startNew();
 }
 
-void frmOpeningBalance::buildNewPanel()
+QFrame *frmOpeningBalance::buildPanel(const QString &frameName, const QString &m, Panel out,
+                                      const QPair<QString, QString> &save, const QPair<QString, QString> &other)
 {
-    frOuterOpeningBalance = ScreenBuild::frame(detailFrame(), QStringLiteral("frOuterOpeningBalance"), true);
-    QWidget *p = frOuterOpeningBalance;
-    cmbPartyName = ScreenBuild::combo(p, QStringLiteral("cmbPartyName"));
-    mskPartyCode = ScreenBuild::masked(p, QStringLiteral("mskPartyCode"), MaskedLineEdit::accountCodeMask());
-    mskDate = ScreenBuild::masked(p, QStringLiteral("mskDate"), MaskedLineEdit::dateMask());
-    cmbDBCR = sideCombo(p, QStringLiteral("cmbDBCR"));
-    txtBalance = ScreenBuild::amountEdit(p, QStringLiteral("txtBalance"));
-    txtBalance->setMaxLength(16);
-    cmdOpeningBalance = ScreenBuild::button(p, QStringLiteral("cmdOpeningBalance"), QStringLiteral("&SAVE"));
-    cmdAddParty = ScreenBuild::button(p, QStringLiteral("cmdAddParty"), QStringLiteral("&ADD PARTY"));
+    QFrame *p = ScreenBuild::frame(detailFrame(), frameName, true);
+    out.name = ScreenBuild::combo(p, QStringLiteral("cmb%1PartyName").arg(m));
+    out.code = ScreenBuild::masked(p, QStringLiteral("msk%1PartyCode").arg(m), MaskedLineEdit::accountCodeMask());
+    out.date = ScreenBuild::masked(p, QStringLiteral("msk%1Date").arg(m), MaskedLineEdit::dateMask());
+    out.side = ScreenBuild::combo(p, QStringLiteral("cmb%1DBCR").arg(m), KeyRules::Kind::LettersUpper, false);
+    out.side->addItems({QStringLiteral("DR"), QStringLiteral("CR")});
+    out.side->setCurrentIndex(0);
+    out.amount = ScreenBuild::amountEdit(p, QStringLiteral("txt%1Balance").arg(m));
+    out.amount->setMaxLength(16);
+    out.save = ScreenBuild::button(p, save.first, save.second);
+    out.other = ScreenBuild::button(p, other.first, other.second);
 
     FieldGrid g(new QGridLayout(p));
-    g.put(0, 0, QStringLiteral("PARTY NAME:"), cmbPartyName, 1, false, 360);
-    g.put(1, 0, QStringLiteral("PARTY CODE:"), mskPartyCode);
-    g.put(2, 0, QStringLiteral("DATE:"), mskDate);
-    g.put(3, 0, QStringLiteral("DB/CR:"), cmbDBCR);
-    g.put(4, 0, QStringLiteral("BALANCE:"), txtBalance, 1, false, 160);
-    g.buttons(5, 0, {cmdOpeningBalance, cmdAddParty});
-    ScreenBuild::typingOrder({cmbPartyName, mskPartyCode, mskDate, cmbDBCR, txtBalance, cmdOpeningBalance, cmdAddParty},
-                             cmdOpeningBalance, {cmbPartyName, mskPartyCode});
+    g.put(0, 0, QStringLiteral("PARTY NAME:"), out.name, 1, false, 360);
+    g.put(1, 0, QStringLiteral("PARTY CODE:"), out.code);
+    g.put(2, 0, QStringLiteral("DATE:"), out.date);
+    g.put(3, 0, QStringLiteral("DB/CR:"), out.side);
+    g.put(4, 0, QStringLiteral("BALANCE:"), out.amount, 1, false, 160);
+    g.buttons(5, 0, {out.save, out.other});
+    ScreenBuild::typingOrder({out.name, out.code, out.date, out.side, out.amount, out.save, out.other}, out.save,
+                             {out.name, out.code});
+    return p;
+}
 
+void frmOpeningBalance::buildNewPanel()
+{
+    frOuterOpeningBalance = buildPanel(
+        QStringLiteral("frOuterOpeningBalance"), QString(),
+        {cmbPartyName, mskPartyCode, mskDate, cmbDBCR, txtBalance, cmdOpeningBalance, cmdAddParty},
+        {QStringLiteral("cmdOpeningBalance"), QStringLiteral("&SAVE")},
+        {QStringLiteral("cmdAddParty"), QStringLiteral("&ADD PARTY")});
     m_pick = new AccountPick(cmbPartyName, mskPartyCode, nullptr, this);
     m_newGate = new CommandGate(cmdOpeningBalance, [this] { return ValidateDate(mskDate); }, [this] { saveNew(); });
     connect(cmdAddParty, &QPushButton::clicked, this, &frmOpeningBalance::addParty);
@@ -89,27 +92,11 @@ void frmOpeningBalance::buildNewPanel()
 
 void frmOpeningBalance::buildModifyPanel()
 {
-    frOuterModifyBalance = ScreenBuild::frame(detailFrame(), QStringLiteral("frOuterModifyBalance"), true);
-    QWidget *p = frOuterModifyBalance;
-    cmbMPartyName = ScreenBuild::combo(p, QStringLiteral("cmbMPartyName"));
-    mskMPartyCode = ScreenBuild::masked(p, QStringLiteral("mskMPartyCode"), MaskedLineEdit::accountCodeMask());
-    mskMDate = ScreenBuild::masked(p, QStringLiteral("mskMDate"), MaskedLineEdit::dateMask());
-    cmbMDBCR = sideCombo(p, QStringLiteral("cmbMDBCR"));
-    txtMBalance = ScreenBuild::amountEdit(p, QStringLiteral("txtMBalance"));
-    txtMBalance->setMaxLength(16);
-    cmdModifyBalance = ScreenBuild::button(p, QStringLiteral("cmdModifyBalance"), QStringLiteral("&SAVE"));
-    cmdCancel = ScreenBuild::button(p, QStringLiteral("cmdCancel"), QStringLiteral("&CANCEL"));
-
-    FieldGrid g(new QGridLayout(p));
-    g.put(0, 0, QStringLiteral("PARTY NAME:"), cmbMPartyName, 1, false, 360);
-    g.put(1, 0, QStringLiteral("PARTY CODE:"), mskMPartyCode);
-    g.put(2, 0, QStringLiteral("DATE:"), mskMDate);
-    g.put(3, 0, QStringLiteral("DB/CR:"), cmbMDBCR);
-    g.put(4, 0, QStringLiteral("BALANCE:"), txtMBalance, 1, false, 160);
-    g.buttons(5, 0, {cmdModifyBalance, cmdCancel});
-    ScreenBuild::typingOrder({cmbMPartyName, mskMPartyCode, mskMDate, cmbMDBCR, txtMBalance, cmdModifyBalance, cmdCancel},
-                             cmdModifyBalance, {cmbMPartyName, mskMPartyCode});
-
+    frOuterModifyBalance = buildPanel(
+        QStringLiteral("frOuterModifyBalance"), QStringLiteral("M"),
+        {cmbMPartyName, mskMPartyCode, mskMDate, cmbMDBCR, txtMBalance, cmdModifyBalance, cmdCancel},
+        {QStringLiteral("cmdModifyBalance"), QStringLiteral("&SAVE")},
+        {QStringLiteral("cmdCancel"), QStringLiteral("&CANCEL")});
     m_mpick = new AccountPick(cmbMPartyName, mskMPartyCode, nullptr, this);
     connect(m_mpick, &AccountPick::accountChanged, this, [this](const QString &code) { showOpeningRow(code); });
     m_modifyGate =

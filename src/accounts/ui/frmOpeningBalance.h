@@ -48,6 +48,21 @@ public:
     QPushButton *cmdCancel = nullptr;
 
 private:
+    // The fields of one panel, made by buildPanel.
+    struct Panel
+    {
+        QComboBox *&name;
+        MaskedLineEdit *&code;
+        MaskedLineEdit *&date;
+        QComboBox *&side;
+        QLineEdit *&amount;
+        QPushButton *&save;
+        QPushButton *&other;
+    };
+    // A panel's frame with its fields named with `m` after their kind
+    // ("cmbMPartyName") and its two buttons (objectName, caption).
+    QFrame *buildPanel(const QString &frameName, const QString &m, Panel out, const QPair<QString, QString> &save,
+                       const QPair<QString, QString> &other);
     void buildNewPanel();
     void buildModifyPanel();
     void saveNew();

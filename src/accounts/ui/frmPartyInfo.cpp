@@ -60,22 +60,10 @@ frmPartyInfo::frmPartyInfo(QWidget *parent)
     dgPartyInfo->setFocusPolicy(Qt::NoFocus);
 
     // Key filters. The code and tax masks take digits only.
-    for (QWidget *w : std::initializer_list<QWidget *>{mskPartyCode, txtPartyName, txtPartyAddress, txtPartyPhone,
-                                                       txtPartyFax, txtPartyEmail, mskSaleTax, mskNTN, txtDueDays,
-                                                       cmbCareOf, txtPartyDesc, mskDate, cmbDBCR, txtBalance})
-        EnterToTab::attach(w);
-    SafeTextKey::attach(txtPartyName);
-    SafeTextKey::attach(txtPartyAddress);
-    SafeTextKey::attach(txtPartyDesc);
-    SafeTextKey::attach(cmbCareOf);
-    FaxFilter::attach(txtPartyFax);
-    DigitsOnly::attach(txtDueDays);
-    DecimalOnly::attach(txtBalance);
-    // Within what the columns hold, so no amount is ever cut or wrapped.
-    txtDueDays->setMaxLength(5);
-    txtBalance->setMaxLength(16);
-    FocusNextOnKey::attach(cmbCareOf, txtPartyDesc);
-    FocusNextOnKey::attach(cmbDBCR, txtBalance);
+    attachAccountKeys({{mskPartyCode, txtPartyName, txtPartyAddress, txtPartyPhone, txtPartyFax, txtPartyEmail, mskSaleTax,
+                        mskNTN, txtDueDays, cmbCareOf, txtPartyDesc, mskDate, cmbDBCR, txtBalance},
+                       txtPartyName, txtPartyAddress, txtPartyFax, txtDueDays, txtPartyDesc, txtBalance, cmbCareOf,
+                       cmbDBCR});
     txtDueDays->installEventFilter(this);
     txtBalance->installEventFilter(this);
 
@@ -152,6 +140,22 @@ void frmPartyInfo::showLastCode()
         if (!last.isEmpty())
             txtLastCode->setText(last);
     });
+}
+
+void frmPartyInfo::attachAccountKeys(const AccountKeys &k)
+{
+    for (QWidget *w : k.enterOrder)
+        EnterToTab::attach(w);
+    for (QWidget *w : std::initializer_list<QWidget *>{k.name, k.address, k.description, k.careOf})
+        SafeTextKey::attach(w);
+    FaxFilter::attach(k.fax);
+    DigitsOnly::attach(k.dueDays);
+    DecimalOnly::attach(k.balance);
+    // Within what the columns hold, so no amount is ever cut or wrapped.
+    k.dueDays->setMaxLength(5);
+    k.balance->setMaxLength(16);
+    FocusNextOnKey::attach(k.careOf, k.description);
+    FocusNextOnKey::attach(k.side, k.balance);
 }
 
 void frmPartyInfo::showSimilarNames(QTableView *grid, const QString &name)
