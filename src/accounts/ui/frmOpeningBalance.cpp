@@ -123,13 +123,6 @@ void frmOpeningBalance::startModify()
     cmbMPartyName->setFocus(Qt::OtherFocusReason);
 }
 
-void frmOpeningBalance::onOpened()
-{
-    // Accounts made elsewhere meanwhile are offered too.
-    if (m_mode == Mode::New)
-        runSafely(this, [this] { m_pick->loadPartyList(); });
-}
-
 void frmOpeningBalance::loadModifyList()
 {
     runSafely(this, [this] { m_mpick->setAccounts(OpeningBalance::accountsWithOpeningRow(session().db())); });

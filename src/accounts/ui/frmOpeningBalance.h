@@ -27,8 +27,6 @@ public:
     void startModify();
     Mode mode() const { return m_mode; }
 
-    void onOpened() override;
-
     QFrame *frOuterOpeningBalance = nullptr;
     QComboBox *cmbPartyName = nullptr;
     MaskedLineEdit *mskPartyCode = nullptr;
