@@ -1,5 +1,6 @@
 #include "vouchers/DemoGenerator.h"
 
+#include "accounts/AccountDemo.h"
 #include "foundation/Schema.h"
 #include "foundation/SessionConnection.h"
 #include "payroll/PayrollDemo.h"
@@ -131,6 +132,7 @@ void DemoGenerator::addStandardParts()
     addPart(QStringLiteral("opening balances"), &DemoGenerator::openingBalancePart);
     addPart(QStringLiteral("post-dated cheques"), &DemoGenerator::postDatedChequePart);
     addPart(QStringLiteral("payroll"), &PayrollDemo::part);
+    addPart(QStringLiteral("account maintenance"), &AccountDemo::maintenancePart);
     addPart(QStringLiteral("vouchers"), &DemoGenerator::voucherPart);
 }
 

@@ -317,3 +317,36 @@ void LedgerWriter::applyKept()
     upsertKept(m_db, QStringLiteral("tblAccountMonthBalance"), true, months);
 }
 
+
+int LedgerWriter::renameAccount(const QString &oldCode, const QString &newCode, const QString &newName)
+{
+    QString from = oldCode, to = newCode;
+    while (from.endsWith(QLatin1Char(' ')))
+        from.chop(1);
+    while (to.endsWith(QLatin1Char(' ')))
+        to.chop(1);
+    if (from == to)
+        return m_db.execute(QStringLiteral("UPDATE tblPartyBalance SET PartyName = ? WHERE PartyCode = ?"),
+                            {newName, oldCode});
+
+    // The old code's kept months go over to the new code (added to any the
+    // new code has already) and the old code's kept rows go.
+    const QueryResult months = m_db.select(
+        QStringLiteral("SELECT YearMonth, DebitCents, CreditCents, BalanceCents, RowCount "
+                       "FROM tblAccountMonthBalance WHERE PartyCode = ?"),
+        {from});
+    m_db.execute(QStringLiteral("DELETE FROM tblAccountMonthBalance WHERE PartyCode = ?"), {from});
+    m_db.execute(QStringLiteral("DELETE FROM tblAccountBalance WHERE PartyCode = ?"), {from});
+    for (const Row &m : months) {
+        KeptDelta &d = m_pending[{to, int(m.integer(0))}];
+        d.debitCents += m.integer(1);
+        d.creditCents += m.integer(2);
+        d.balanceCents += m.integer(3);
+        d.rows += m.integer(4);
+    }
+    const int moved = m_db.execute(
+        QStringLiteral("UPDATE tblPartyBalance SET PartyCode = ?, PartyName = ? WHERE PartyCode = ?"),
+        {newCode, newName, oldCode});
+    applyKept();
+    return moved;
+}

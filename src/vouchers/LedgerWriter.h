@@ -66,6 +66,10 @@ public:
     // Removes the rows of every type but JV that carry nothing (0, 0, 0),
     // as a deleted voucher leaves them; returns how many.
     int removeZeroRows();
+    // Moves every row of the account `oldCode` to `newCode` under
+    // `newName` (a name change alone when the codes are the same), and the
+    // account's kept balances with them. Returns how many rows moved.
+    int renameAccount(const QString &oldCode, const QString &newCode, const QString &newName);
 
     // Several writes as one: between beginBatch() and endBatch() the kept
     // balances wait, and endBatch() moves them once, in order. Call

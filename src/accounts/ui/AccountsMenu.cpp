@@ -1,6 +1,9 @@
 #include "foundation/ui/MenuRouter.h"
 
 #include "accounts/ui/frmDBCRAccount.h"
+#include "accounts/ui/frmModPartyInfo.h"
+#include "accounts/ui/frmOpeningBalance.h"
+#include "admin/ui/frmIdentification.h"
 #include "accounts/ui/frmPartyInfo.h"
 #include "accounts/ui/frmTitleScreens.h"
 #include "foundation/Session.h"
@@ -13,6 +16,19 @@ void registerAccountsMenu(MenuRouter &router)
 {
     router.on(QStringLiteral("mnuPPartyInfo"), [](MdiHost &host) {
         host.showScreen<frmPartyInfo>(QStringLiteral("frmPartyInfo"));
+    });
+    router.on(QStringLiteral("mnuPModifyPartyInfo"), [](MdiHost &host) {
+        host.showScreen<frmModPartyInfo>(QStringLiteral("frmModPartyInfo"));
+    });
+    router.on(QStringLiteral("mnuPOpeningBalance"), [](MdiHost &host) {
+        host.showScreen<frmOpeningBalance>(QStringLiteral("frmOpeningBalance"))->startNew();
+    });
+    // A change of opening balance asks for an administrator first.
+    router.on(QStringLiteral("mnuPModifyBalance"), [](MdiHost &host) {
+        frmIdentification::open(host, GateButton::Balance, Identification::Texts::balanceTitle(),
+                                Identification::Texts::balanceWarning(), [](MdiHost &h) {
+                                    h.showScreen<frmOpeningBalance>(QStringLiteral("frmOpeningBalance"))->startModify();
+                                });
     });
     router.on(QStringLiteral("mnuPDebitCreditAccount"), [](MdiHost &host) {
         host.showScreen<frmDBCRAccount>(QStringLiteral("frmDBCRAccount"));

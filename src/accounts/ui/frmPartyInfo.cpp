@@ -60,27 +60,16 @@ frmPartyInfo::frmPartyInfo(QWidget *parent)
     dgPartyInfo->setFocusPolicy(Qt::NoFocus);
 
     // Key filters. The code and tax masks take digits only.
-    for (QWidget *w : std::initializer_list<QWidget *>{mskPartyCode, txtPartyName, txtPartyAddress, txtPartyPhone,
-                                                       txtPartyFax, txtPartyEmail, mskSaleTax, mskNTN, txtDueDays,
-                                                       cmbCareOf, txtPartyDesc, mskDate, cmbDBCR, txtBalance})
-        EnterToTab::attach(w);
-    SafeTextKey::attach(txtPartyName);
-    SafeTextKey::attach(txtPartyAddress);
-    SafeTextKey::attach(txtPartyDesc);
-    SafeTextKey::attach(cmbCareOf);
-    FaxFilter::attach(txtPartyFax);
-    DigitsOnly::attach(txtDueDays);
-    DecimalOnly::attach(txtBalance);
-    // Within what the columns hold, so no amount is ever cut or wrapped.
-    txtDueDays->setMaxLength(5);
-    txtBalance->setMaxLength(16);
-    FocusNextOnKey::attach(cmbCareOf, txtPartyDesc);
-    FocusNextOnKey::attach(cmbDBCR, txtBalance);
+    attachAccountKeys({{mskPartyCode, txtPartyName, txtPartyAddress, txtPartyPhone, txtPartyFax, txtPartyEmail, mskSaleTax,
+                        mskNTN, txtDueDays, cmbCareOf, txtPartyDesc, mskDate, cmbDBCR, txtBalance},
+                       txtPartyName, txtPartyAddress, txtPartyFax, txtDueDays, txtPartyDesc, txtBalance, cmbCareOf,
+                       cmbDBCR});
     txtDueDays->installEventFilter(this);
     txtBalance->installEventFilter(this);
 
     connect(mskPartyCode, &QLineEdit::textChanged, this, &frmPartyInfo::showLastCode);
-    connect(txtPartyName, &QLineEdit::textChanged, this, &frmPartyInfo::showSimilarNames);
+    connect(txtPartyName, &QLineEdit::textChanged, this,
+            [this](const QString &name) { showSimilarNames(dgPartyInfo, name); });
     connect(cmdPartyCancel, &QPushButton::clicked, this, &BaseScreen::closeScreen);
     m_saveGate = new CommandGate(cmdPartySave, [this] { return ValidateDate(mskDate); }, [this] { save(); });
 
@@ -153,15 +142,31 @@ void frmPartyInfo::showLastCode()
     });
 }
 
-void frmPartyInfo::showSimilarNames()
+void frmPartyInfo::attachAccountKeys(const AccountKeys &k)
 {
-    runSafely(this, [this] {
-        fillGrid(dgPartyInfo, Accounts::accountsNamed(session().db(), txtPartyName->text()),
+    for (QWidget *w : k.enterOrder)
+        EnterToTab::attach(w);
+    for (QWidget *w : std::initializer_list<QWidget *>{k.name, k.address, k.description, k.careOf})
+        SafeTextKey::attach(w);
+    FaxFilter::attach(k.fax);
+    DigitsOnly::attach(k.dueDays);
+    DecimalOnly::attach(k.balance);
+    // Within what the columns hold, so no amount is ever cut or wrapped.
+    k.dueDays->setMaxLength(5);
+    k.balance->setMaxLength(16);
+    FocusNextOnKey::attach(k.careOf, k.description);
+    FocusNextOnKey::attach(k.side, k.balance);
+}
+
+void frmPartyInfo::showSimilarNames(QTableView *grid, const QString &name)
+{
+    runSafely(grid, [&] {
+        fillGrid(grid, Accounts::accountsNamed(session().db(), name),
                  {QStringLiteral("PARTY CODE"), QStringLiteral("PARTY NAME")});
-        dgPartyInfo->horizontalHeader()->setSectionResizeMode(QHeaderView::Fixed);
-        dgPartyInfo->setColumnWidth(0, 110);
-        dgPartyInfo->setColumnWidth(1, 520);
-        dgPartyInfo->horizontalHeader()->setStretchLastSection(true);
+        grid->horizontalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+        grid->setColumnWidth(0, 110);
+        grid->setColumnWidth(1, 520);
+        grid->horizontalHeader()->setStretchLastSection(true);
     });
 }
 

@@ -25,6 +25,20 @@ public:
 
     QString lastSavedCode() const { return m_lastSavedCode; }
 
+    // The key filters and Enter order of the account fields, as every
+    // account screen has them.
+    struct AccountKeys
+    {
+        QList<QWidget *> enterOrder;
+        QLineEdit *name, *address, *fax, *dueDays, *description, *balance;
+        QComboBox *careOf, *side;
+    };
+    static void attachAccountKeys(const AccountKeys &keys);
+
+    // Fills the grid with the accounts whose names are near `name`, so
+    // that a near-duplicate is seen before it is typed.
+    static void showSimilarNames(QTableView *grid, const QString &name);
+
     void onOpened() override;
     // Refills the care-of list (when the screen comes to the front again).
     void reloadCareOf();
@@ -59,7 +73,6 @@ protected:
 private:
     void loadDefaults();
     void showLastCode();
-    void showSimilarNames();
     void save();
     void clearForNext();
 

@@ -94,6 +94,9 @@ bool CheckClosingDate(MaskedLineEdit *field)
     std::optional<QDate> closing;
     if (!runSafely(field, [&] { closing = Lookups::closingDate(session().db()); }))
         return false;
+    // A closing date set on another workstation is followed from here on.
+    if (closing)
+        session().firstOpenDate = closing->addDays(1);
     const DateRules::Closing c = DateRules::checkClosing(field->date(), closing);
     switch (c) {
     case DateRules::Closing::Open:
