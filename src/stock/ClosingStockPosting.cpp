@@ -175,3 +175,37 @@ Outcome ClosingStockPosting::remove(const QString &type, qint64 voucherNo)
     out.rowsWritten = old.size();
     return out;
 }
+
+QueryResult ClosingStockPosting::adjustmentAccounts(SessionConnection &db)
+{
+    return db.select(QStringLiteral("SELECT PartyName, PartyCode FROM tblPartyInfo WHERE PartyCode NOT LIKE '__-__-000%' "
+                                    "ORDER BY PartyName"));
+}
+
+QueryResult ClosingStockPosting::gridRows(SessionConnection &db, const QString &type, const QDate &date)
+{
+    return db.select(QStringLiteral("SELECT RecordNo, VoucherNo, PartyName, PartyDR, PartyCR FROM tblPartyBalance "
+                                    "WHERE VoucherType = ? AND VDate = ? AND PartyCode >= ? AND PartyCode <= ? "
+                                    "ORDER BY RecordNo"),
+                     {type, date, kFirstClosingCode, kLastClosingCode});
+}
+
+std::optional<ClosingStockPosting::Stored> ClosingStockPosting::stored(SessionConnection &db, const QString &type,
+                                                                       qint64 voucherNo)
+{
+    const QueryResult rows = db.select(QStringLiteral("SELECT RecordNo, VDate, PartyName, PartyDesc, PartyBalance "
+                                                      "FROM tblPartyBalance WHERE VoucherType = ? AND VoucherNo = ? "
+                                                      "ORDER BY SrNo"),
+                                       {type, voucherNo});
+    if (rows.isEmpty())
+        return std::nullopt;
+    Stored s;
+    s.recordNo = rows.first().integer(0);
+    s.date = rows.first().date(1);
+    s.stockName = rows.first().text(2).trimmed();
+    s.desc = rows.first().text(3).trimmed();
+    s.stockBalance = rows.first().moneyOrZero(QStringLiteral("PartyBalance"));
+    if (rows.size() > 1)
+        s.adjustName = rows.at(1).text(2).trimmed();
+    return s;
+}

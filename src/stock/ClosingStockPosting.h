@@ -8,6 +8,7 @@
 #include <QString>
 #include <optional>
 
+class QueryResult;
 class SessionConnection;
 
 // Saves, replaces and removes closing stock vouchers. The adjustment is
@@ -35,6 +36,23 @@ public:
     // Max(VoucherNo)+1 and Max(RecordNo)+1 of the type in the ledger.
     static qint64 nextVoucherNo(SessionConnection &db, const QString &type);
     static qint64 nextRecordNo(SessionConnection &db, const QString &type);
+
+    // The accounts that may take the other side: PartyName, PartyCode.
+    static QueryResult adjustmentAccounts(SessionConnection &db);
+    // The stock rows on closing stock accounts of a date: RecordNo,
+    // VoucherNo, PartyName, PartyDR, PartyCR.
+    static QueryResult gridRows(SessionConnection &db, const QString &type, const QDate &date);
+    // A voucher as saved: its stock row and its mirror.
+    struct Stored
+    {
+        qint64 recordNo = 0;
+        QDate date;
+        QString stockName;
+        QString adjustName;
+        QString desc;
+        Money stockBalance; // the stock row's PartyBalance
+    };
+    static std::optional<Stored> stored(SessionConnection &db, const QString &type, qint64 voucherNo);
 
 private:
     Outcome write(const ClosingStock::Entry &entry, qint64 voucherNo, qint64 recordNo);

@@ -281,3 +281,17 @@ Outcome PurchaseStockPosting::deleteLine(const Header &h, qint64 recordNo)
     out.number = h.voucherNo;
     return out;
 }
+
+QueryResult PurchaseStockPosting::purchaseAccounts(SessionConnection &db)
+{
+    return db.select(QStringLiteral("SELECT PartyName, PartyCode FROM tblPartyInfo WHERE PartyCode NOT LIKE '__-__-000%' "
+                                    "AND PartyCode >= ? AND PartyCode <= ? ORDER BY PartyCode"),
+                     {kFirstPurchaseCode, kLastPurchaseCode});
+}
+
+QueryResult PurchaseStockPosting::billLines(SessionConnection &db, const QString &type, const QString &billNo)
+{
+    return db.select(QStringLiteral("SELECT RecordNo, Weight, ItemDesc, Quantity, UnitRate, PartyName, VoucherNo "
+                                    "FROM tblPurchaseStock WHERE VoucherType = ? AND BillNo = ? ORDER BY RecordNo"),
+                     {type, billNo});
+}

@@ -8,6 +8,7 @@
 #include <QVector>
 #include <optional>
 
+class QueryResult;
 class SessionConnection;
 
 // Saves, changes and removes the lines of a purchase voucher and, in the
@@ -46,6 +47,12 @@ public:
     static qint64 nextRecordNo(SessionConnection &db, const QString &type);
     // The voucher a stored line belongs to (by type and RecordNo).
     static std::optional<qint64> voucherOfRecord(SessionConnection &db, const QString &type, qint64 recordNo);
+
+    // The purchase accounts a bill may go to: PartyName, PartyCode.
+    static QueryResult purchaseAccounts(SessionConnection &db);
+    // The lines of every voucher of a bill #: RecordNo, Weight, ItemDesc,
+    // Quantity, UnitRate, PartyName, VoucherNo.
+    static QueryResult billLines(SessionConnection &db, const QString &type, const QString &billNo);
 
 private:
     // Rewrites the voucher's ledger rows from its stored lines.
