@@ -314,6 +314,9 @@ void frmClosingStock::runCommand(Mode command)
     if (!out.notice.isEmpty())
         MessageService::information(this, out.notice);
     m_loadedNo = 0;
+    txtClosingValue->clear();
+    txtAdjustmentValue->clear();
+    txtDrCr->clear();
     loadGrid();
     proposeNumbers();
     showBalance();
