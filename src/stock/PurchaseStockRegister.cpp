@@ -12,6 +12,7 @@ Reports::ReportRequest request(const QDate &from, const QDate &to, const QString
     r.to = to;
     r.fromText = fromText;
     r.toText = toText;
+    r.writePeriodRow = false; // the register writes no period into the company row
     r.conditions << Reports::ReportCondition::atLeast(QStringLiteral("VDate"), from)
                  << Reports::ReportCondition::atMost(QStringLiteral("VDate"), to);
     return r;

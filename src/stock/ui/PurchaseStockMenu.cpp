@@ -1,6 +1,7 @@
 #include "foundation/ui/MenuRouter.h"
 
 #include "stock/ui/frmClosingStock.h"
+#include "stock/ui/frmPurchaseRegister.h"
 #include "stock/ui/frmPurchaseStock.h"
 
 // The purchase and closing stock entries of the stock menu.
@@ -22,4 +23,7 @@ void registerPurchaseStockMenu(MenuRouter &router)
     closing("mnuEnterClosingStock", frmClosingStock::Mode::Enter);
     closing("mnuModifyClosingStock", frmClosingStock::Mode::Modify);
     closing("mnuDeleteClosingStock", frmClosingStock::Mode::Delete);
+    router.on(QStringLiteral("mnuViewPurchaseRegister"), [](MdiHost &host) {
+        host.showScreen<frmPurchaseRegister>(QStringLiteral("frmPurchaseRegister"));
+    });
 }
