@@ -179,7 +179,7 @@ Outcome PurchaseStockPosting::rewriteLegs(const QString &type, qint64 voucherNo,
     return out;
 }
 
-Outcome PurchaseStockPosting::saveLine(const Header &given, Line line, bool startsVoucher)
+Outcome PurchaseStockPosting::saveLine(const Header &given, Line line, bool startsVoucher, qint64 *recordNo)
 {
     Transaction tx(m_db);
     Header h = given;
@@ -223,7 +223,9 @@ Outcome PurchaseStockPosting::saveLine(const Header &given, Line line, bool star
     out.ok = true;
     out.message = PurchaseStockMessages::kSaved;
     out.number = h.voucherNo;
-    out.rowsWritten = int(line.recordNo);
+    out.rowsWritten = legsDone.rowsWritten;
+    if (recordNo)
+        *recordNo = line.recordNo;
     return out;
 }
 
@@ -255,6 +257,7 @@ Outcome PurchaseStockPosting::modifyLine(const Header &h, const Line &given)
     tx.commit();
     Outcome out = Outcome::success(PurchaseStockMessages::kModified);
     out.number = h.voucherNo;
+    out.rowsWritten = legsDone.rowsWritten;
     return out;
 }
 
@@ -279,6 +282,7 @@ Outcome PurchaseStockPosting::deleteLine(const Header &h, qint64 recordNo)
     tx.commit();
     Outcome out = Outcome::success(PurchaseStockMessages::kModified);
     out.number = h.voucherNo;
+    out.rowsWritten = legsDone.rowsWritten;
     return out;
 }
 

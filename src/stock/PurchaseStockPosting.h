@@ -28,9 +28,11 @@ public:
     // Adds a line. `startsVoucher` is true for the first line of a bill the
     // screen has not saved under this number yet: when another workstation
     // took the number meanwhile the next free one is used (and `notice`
-    // says so). The line's RecordNo is the next free one of the type.
-    // `number` of the outcome is the voucher #, `rowsWritten` the RecordNo.
-    Outcome saveLine(const PurchaseStock::Header &header, PurchaseStock::Line line, bool startsVoucher);
+    // says so). The line's RecordNo is the next free one of the type
+    // (given back in `recordNo`). `number` of the outcome is the voucher #,
+    // `rowsWritten` the ledger rows the voucher now has.
+    Outcome saveLine(const PurchaseStock::Header &header, PurchaseStock::Line line, bool startsVoucher,
+                     qint64 *recordNo = nullptr);
     // Changes a stored line (found by type, voucher # and RecordNo) and the
     // header of all lines of its voucher.
     Outcome modifyLine(const PurchaseStock::Header &header, const PurchaseStock::Line &line);

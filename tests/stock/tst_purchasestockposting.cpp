@@ -259,11 +259,12 @@ void TestPurchaseStockPosting::legsFollowTheLines()
 
     QVector<qint64> records;
     for (int i = 0; i < typed.size(); ++i) {
-        const Outcome out = posting.saveLine(h, typed.at(i), i == 0);
+        qint64 record = 0;
+        const Outcome out = posting.saveLine(h, typed.at(i), i == 0, &record);
         QVERIFY2(out.ok, qPrintable(out.message));
         QCOMPARE(out.message, PurchaseStockMessages::kSaved);
         QCOMPARE(out.number, qint64(1));
-        records << out.rowsWritten;
+        records << record;
         // After every line the legs stand for the lines saved so far: the
         // first save of a voucher writes its rows too.
         QVERIFY(!voucherRows(*db, kType, 1).isEmpty() || lineAmount(typed.first().quantity, typed.first().unitRate).isZero());
@@ -346,7 +347,8 @@ void TestPurchaseStockPosting::closedPeriodRefused()
     prepare(*db);
     PurchaseStockPosting posting(*db, kUser, kToday);
     Header h = header(1, "0", "");
-    const Outcome saved = posting.saveLine(h, line("A", "", "1", "100"), true);
+    qint64 record = 0;
+    const Outcome saved = posting.saveLine(h, line("A", "", "1", "100"), true, &record);
     QVERIFY(saved.ok);
     const QString before = snapshot(*db);
     // A line may not go into the closed period, nor move the voucher there.
@@ -356,12 +358,12 @@ void TestPurchaseStockPosting::closedPeriodRefused()
     QCOMPARE(out.message, QStringLiteral("Sorry, you enter wrong date because data has closed at this date"));
     QCOMPARE(out.field, QStringLiteral("mskDate"));
     Line changed = line("A", "", "2", "100");
-    changed.recordNo = saved.rowsWritten;
+    changed.recordNo = record;
     QVERIFY(!posting.modifyLine(closed, changed).ok);
     // Once the closing date passes over the voucher, nothing of it changes.
     db->execute(QStringLiteral("UPDATE tblClosingDate SET ClosingDate = ?"), {kDay});
     QVERIFY(!posting.modifyLine(h, changed).ok);
-    QVERIFY(!posting.deleteLine(h, saved.rowsWritten).ok);
+    QVERIFY(!posting.deleteLine(h, record).ok);
     QVERIFY(!posting.saveLine(h, line("C", "", "1", "1"), false).ok);
     QCOMPARE(snapshot(*db), before);
 }
@@ -389,7 +391,8 @@ void TestPurchaseStockPosting::failureLeavesBothTables()
     prepare(*db);
     PurchaseStockPosting posting(*db, kUser, kToday);
     const Header h = header(1, "30", "10");
-    const Outcome first = posting.saveLine(h, line("A", "", "1", "100"), true);
+    qint64 record = 0;
+    const Outcome first = posting.saveLine(h, line("A", "", "1", "100"), true, &record);
     QVERIFY(first.ok);
     QVERIFY(posting.saveLine(h, line("B", "", "1", "50"), false).ok);
     const QString before = snapshot(*db);
@@ -399,7 +402,7 @@ void TestPurchaseStockPosting::failureLeavesBothTables()
             throw DbError(QStringLiteral("disk full"));
     });
     Line changed = line("A", "", "3", "100");
-    changed.recordNo = first.rowsWritten;
+    changed.recordNo = record;
     bool threw = false;
     try {
         if (command == QLatin1String("save"))
@@ -407,7 +410,7 @@ void TestPurchaseStockPosting::failureLeavesBothTables()
         else if (command == QLatin1String("modify"))
             posting.modifyLine(h, changed);
         else
-            posting.deleteLine(h, first.rowsWritten);
+            posting.deleteLine(h, record);
     } catch (const DbError &e) {
         threw = true;
         QCOMPARE(e.driverText(), QStringLiteral("disk full"));
