@@ -186,8 +186,8 @@ void frmStock::start(Mode mode)
                    : mode == Mode::Modify ? QStringLiteral("MODIFY PURCHASE STOCK")
                                           : QStringLiteral("DELETE PURCHASE STOCK"));
     onOpened();
-    mskDate->setDate(session().dateToday());
     newVoucher();
+    mskDate->setDate(session().dateToday());
 }
 
 void frmStock::onOpened() { loadLists(); }

@@ -99,6 +99,7 @@ void TestPurchaseStockScreen::enterBillFromMenu()
     QCOMPARE(f->cmbVoucherType->currentText(), QStringLiteral("PS"));
     QCOMPARE(f->txtVoucherNo->text(), QStringLiteral("1"));
     QCOMPARE(f->txtRecordNo->text(), QStringLiteral("1"));
+    QCOMPARE(f->mskDate->maskText(), QStringLiteral("10/03/2026"));
     // Only the accounts of the purchase range are offered, the first one ready.
     QCOMPARE(ScreenKit::items(f->cmbPurchaseName),
              QStringList({"PROFIT AND LOSS ACCOUNT", "OTHER SERVICES INCOM", "INVOICE BALANCE", "PAPER PURCHASES",
