@@ -4,6 +4,7 @@
 #include "foundation/Schema.h"
 #include "foundation/SessionConnection.h"
 #include "payroll/PayrollDemo.h"
+#include "stock/PurchaseDemo.h"
 
 #include <QElapsedTimer>
 #include <QSet>
@@ -132,6 +133,7 @@ void DemoGenerator::addStandardParts()
     addPart(QStringLiteral("opening balances"), &DemoGenerator::openingBalancePart);
     addPart(QStringLiteral("post-dated cheques"), &DemoGenerator::postDatedChequePart);
     addPart(QStringLiteral("payroll"), &PayrollDemo::part);
+    addPart(QStringLiteral("purchases"), &purchaseDemoPart);
     addPart(QStringLiteral("account maintenance"), &AccountDemo::maintenancePart);
     addPart(QStringLiteral("vouchers"), &DemoGenerator::voucherPart);
 }
@@ -197,7 +199,11 @@ void DemoGenerator::chartPart(DemoContext &c)
                                  {"19-20-000", "BANKS"},
                                  {"21-00-000", "EXPENSES"},
                                  {"21-10-000", "ADMINISTRATIVE EXPENSES"},
-                                 {"21-20-000", "PRODUCTION EXPENSES"}};
+                                 {"21-20-000", "PRODUCTION EXPENSES"},
+                                 // Purchase accounts and the closing stock account.
+                                 {"20-11-000", "PURCHASES"}, {"20-11-001", "PAPER AND BOARD PURCHASES"},
+                                 {"20-11-002", "INK AND CHEMICAL PURCHASES"}, {"20-11-003", "PLATES AND FILM PURCHASES"},
+                                 {"20-12-000", "STOCK"}, {"20-12-001", "CLOSING STOCK"}};
     QVector<DemoAccount> all;
     for (const Heading &h : headings) {
         const QString hc = QString::fromLatin1(h.code);
