@@ -130,11 +130,10 @@ Outcome InvoicePosting::saveNew(InvoiceHeader h, const QVector<InvoiceLine> &lin
         h.key.number = next;
     }
 
+    writeVoucher(h.key, h, InvoiceRules::netAmount(lines), InvoiceRules::termsList(lines), false);
     for (const InvoiceLine &l : lines)
         if (l.isLive())
             insertLine(h, l);
-    const Money net = InvoiceRules::netAmount(lines);
-    writeVoucher(h.key, h, net, InvoiceRules::termsList(lines), false);
     InvoiceStaging(m_db).clear();
     tx.commit();
 
