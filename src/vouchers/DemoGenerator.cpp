@@ -2,6 +2,7 @@
 
 #include "foundation/Schema.h"
 #include "foundation/SessionConnection.h"
+#include "sales/InvoiceDemo.h"
 
 #include <QElapsedTimer>
 #include <QSet>
@@ -129,6 +130,7 @@ void DemoGenerator::addStandardParts()
     addPart(QStringLiteral("chart"), &DemoGenerator::chartPart);
     addPart(QStringLiteral("opening balances"), &DemoGenerator::openingBalancePart);
     addPart(QStringLiteral("post-dated cheques"), &DemoGenerator::postDatedChequePart);
+    addPart(QStringLiteral("invoices"), &InvoiceDemo::invoicePart);
     addPart(QStringLiteral("vouchers"), &DemoGenerator::voucherPart);
 }
 
