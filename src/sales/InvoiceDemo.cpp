@@ -13,11 +13,10 @@ namespace InvoiceDemo {
 
 namespace {
 
-const QStringList kProducts = {
-    QStringLiteral("CARTON 12X8X6 3 PLY"), QStringLiteral("LABEL 4 COLOUR"), QStringLiteral("LEAFLET A4 ART PAPER"),
-    QStringLiteral("LETTERHEAD 80 GSM"), QStringLiteral("VISITING CARD"), QStringLiteral("BROCHURE 8 PAGES"),
-    QStringLiteral("POSTER 18X23"), QStringLiteral("STICKER ROLL"), QStringLiteral("FILE COVER"),
-    QStringLiteral("ENVELOPE 9X4")};
+const QStringList kProducts = {QStringLiteral("CARTON 12X8X6 3 PLY"), QStringLiteral("LABEL 4 COLOUR"),
+    QStringLiteral("LEAFLET A4 ART PAPER"), QStringLiteral("LETTERHEAD 80 GSM"), QStringLiteral("VISITING CARD"),
+    QStringLiteral("BROCHURE 8 PAGES"), QStringLiteral("POSTER 18X23"), QStringLiteral("STICKER ROLL"),
+    QStringLiteral("FILE COVER"), QStringLiteral("ENVELOPE 9X4")};
 const QStringList kTerms = {QStringLiteral("CREDIT SALE"), QStringLiteral("CASH SALE"), QStringLiteral("ADVANCE")};
 
 struct Saver
@@ -47,7 +46,10 @@ struct Saver
         ++c.vouchers;
     }
 
-    QString rate() { return QString::number(c.rng.bounded(2, 400)) + (c.rng.bounded(2) ? QStringLiteral(".5") : QString()); }
+    QString rate()
+    {
+        return QString::number(c.rng.bounded(2, 400)) + (c.rng.bounded(2) ? QStringLiteral(".5") : QString());
+    }
 };
 
 } // namespace
@@ -90,8 +92,8 @@ void invoicePart(DemoContext &c)
         if (lines.isEmpty())
             continue;
         const QDate sent = r.date(4).isValid() ? r.date(4) : c.options.from;
-        saver.save(r.text(3).trimmed(), customers.value(code), qMin(sent.addDays(c.rng.bounded(6)), c.options.to),
-                   lines);
+        saver.save(
+            r.text(3).trimmed(), customers.value(code), qMin(sent.addDays(c.rng.bounded(6)), c.options.to), lines);
     }
 
     // Invoices of typed lines for the rest of the year's sales.
@@ -115,7 +117,7 @@ void invoicePart(DemoContext &c)
             lines << l;
         }
         saver.save(titles.at(c.rng.bounded(int(titles.size()))), c.pick(c.chart.customers),
-                   c.options.from.addDays(days * i / want), lines);
+            c.options.from.addDays(days * i / want), lines);
     }
 }
 

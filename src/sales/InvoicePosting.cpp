@@ -1,5 +1,6 @@
 #include "sales/InvoicePosting.h"
 
+#include "foundation/DateRules.h"
 #include "foundation/SessionConnection.h"
 #include "sales/InvoiceStaging.h"
 #include "vouchers/Ledger.h"
@@ -15,7 +16,10 @@ namespace {
 
 const QString kNumberField = QStringLiteral("txtInvoiceNo");
 
-VoucherKey voucherOf(const InvoiceKey &k) { return {kVoucherType, k.number, k.date}; }
+VoucherKey voucherOf(const InvoiceKey &k)
+{
+    return {kVoucherType, k.number, k.date};
+}
 
 QVector<LedgerRow> voucherRowsOf(const InvoiceHeader &h, Money net, const QString &terms)
 {
@@ -31,15 +35,18 @@ QVector<LedgerRow> voucherRowsOf(const InvoiceHeader &h, Money net, const QStrin
 } // namespace
 
 InvoicePosting::InvoicePosting(SessionConnection &db, const QString &userName, const QDate &today)
-    : m_db(db), m_user(userName), m_today(today)
+    : m_db(db)
+    , m_user(userName)
+    , m_today(today)
 {
 }
 
 QueryResult InvoicePosting::voucherRows(SessionConnection &db, const InvoiceKey &key)
 {
-    return db.select(QStringLiteral("SELECT SrNo, PartyCode FROM tblPartyBalance WHERE VoucherType = ? AND VoucherNo = ? "
-                                    "AND VDate = ? AND COALESCE(CareOf, '') = ? ORDER BY SrNo"),
-                     {kVoucherType, key.number, key.date, key.title.trimmed()});
+    return db.select(
+        QStringLiteral("SELECT SrNo, PartyCode FROM tblPartyBalance WHERE VoucherType = ? AND VoucherNo = ? "
+                       "AND VDate = ? AND COALESCE(CareOf, '') = ? ORDER BY SrNo"),
+        {kVoucherType, key.number, key.date, key.title.trimmed()});
 }
 
 // What the screen refuses before a save, and what the ledger refuses.
@@ -55,13 +62,22 @@ Outcome InvoicePosting::checkHeader(const InvoiceHeader &h, const QVector<Invoic
         return Outcome::refusal(kPartyNotFound, QStringLiteral("cmbPartyName"));
     const Money largest = Money::fromUnits(InvoiceArithmetic::kLargestWhole);
     for (const InvoiceLine &l : lines) {
+        if (!l.isLive())
+            continue;
+        if (l.termsOfSale.trimmed().isEmpty())
+            return Outcome::refusal(kNoTerms, QStringLiteral("txtTermOfSale"));
+        if (l.description.trimmed().isEmpty())
+            return Outcome::refusal(kNoDescription, QStringLiteral("cmbDesc"));
         for (const Money m : {l.price, l.saleTax, l.valueWithTax})
             if (m.isNegative() || m > largest)
                 return Outcome::refusal(kBadFigures);
     }
     Outcome checked = PostingChecks(m_db).check(voucherRowsOf(h, InvoiceRules::netAmount(lines), QString()));
-    if (!checked && checked.field.isEmpty())
-        checked.field = QStringLiteral("mskDate");
+    if (!checked && checked.field.isEmpty()) {
+        const bool date = checked.message == DateRules::closedPeriodMessage()
+                          || checked.message == DateRules::dateMissingMessage();
+        checked.field = date ? QStringLiteral("mskDate") : QStringLiteral("cmbPartyName");
+    }
     return checked;
 }
 
@@ -72,17 +88,17 @@ void InvoicePosting::insertLine(const InvoiceHeader &h, const InvoiceLine &l)
                                 "ValueIncludingTax, ChallanNo, GateEntryNo, Type, TitleName, JobNo, CED, InvoiceDesc, "
                                 "DTRE, Weight, FurtherTax, DescCode) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, "
                                 "?, ?, ?, ?, ?, ?, ?, ?, ?, ?)"),
-                 {l.termsOfSale, h.key.number, h.key.date, h.partyCode, h.partyName, l.description, l.poNo,
-                  l.quantity, l.rate, l.price.toVariant(), l.saleTaxRate, l.saleTax.toVariant(),
-                  l.valueWithTax.toVariant(), l.challanNo, l.gateEntryNo, l.type, h.key.title, l.jobNo, h.cedRate,
-                  l.invoiceDesc, h.dtre, l.weight, l.furtherTaxRate, h.descCode});
+        {l.termsOfSale, h.key.number, h.key.date, h.partyCode, h.partyName, l.description, l.poNo, l.quantity, l.rate,
+            l.price.toVariant(), l.saleTaxRate, l.saleTax.toVariant(), l.valueWithTax.toVariant(), l.challanNo,
+            l.gateEntryNo, l.type, h.key.title, l.jobNo, h.cedRate, l.invoiceDesc, h.dtre, l.weight, l.furtherTaxRate,
+            h.descCode});
 }
 
 // The invoice's voucher with the amount of its lines as they now stand:
 // its two rows rewritten in place when it has exactly them, otherwise
 // (none, or rows left over from elsewhere) made anew.
-void InvoicePosting::writeVoucher(const InvoiceKey &original, const InvoiceHeader &h, Money net, const QString &terms,
-                                  bool existing)
+void InvoicePosting::writeVoucher(
+    const InvoiceKey &original, const InvoiceHeader &h, Money net, const QString &terms, bool existing)
 {
     LedgerWriter writer(m_db, m_user, m_today);
     writer.beginBatch();
@@ -163,9 +179,9 @@ Outcome InvoicePosting::saveModified(const InvoiceKey &original, InvoiceHeader h
         int n = 1;
         if (l.state == LineState::Update) {
             QVariantList params{l.termsOfSale, h.key.number, h.key.date, h.partyCode, h.partyName, l.description,
-                                l.poNo, l.quantity, l.rate, l.price.toVariant(), l.saleTaxRate, l.saleTax.toVariant(),
-                                l.valueWithTax.toVariant(), l.challanNo, l.gateEntryNo, l.type, h.key.title, l.jobNo,
-                                h.cedRate, l.invoiceDesc, h.dtre, l.weight, l.furtherTaxRate, h.descCode};
+                l.poNo, l.quantity, l.rate, l.price.toVariant(), l.saleTaxRate, l.saleTax.toVariant(),
+                l.valueWithTax.toVariant(), l.challanNo, l.gateEntryNo, l.type, h.key.title, l.jobNo, h.cedRate,
+                l.invoiceDesc, h.dtre, l.weight, l.furtherTaxRate, h.descCode};
             params << where;
             n = m_db.execute(QStringLiteral("UPDATE tblInvoice SET TermsOfSale = ?, InvoiceNo = ?, InvoiceDate = ?, "
                                             "PartyCode = ?, PartyName = ?, Description = ?, PONo = ?, Quantity = ?, "
@@ -173,8 +189,8 @@ Outcome InvoicePosting::saveModified(const InvoiceKey &original, InvoiceHeader h
                                             "ValueIncludingTax = ?, ChallanNo = ?, GateEntryNo = ?, Type = ?, "
                                             "TitleName = ?, JobNo = ?, CED = ?, InvoiceDesc = ?, DTRE = ?, Weight = ?, "
                                             "FurtherTax = ?, DescCode = ?")
-                                 + key,
-                             params);
+                    + key,
+                params);
         } else if (l.state == LineState::Delete) {
             n = m_db.execute(QStringLiteral("DELETE FROM tblInvoice") + key, where);
         } else {
@@ -185,10 +201,11 @@ Outcome InvoicePosting::saveModified(const InvoiceKey &original, InvoiceHeader h
     }
     // The voucher takes what the invoice's lines now hold, whatever else
     // touched them.
-    const Money net = m_db.scalarMoney(QStringLiteral("SELECT SUM(ValueIncludingTax) FROM tblInvoice WHERE InvoiceNo = ? "
-                                                      "AND InvoiceDate = ? AND TitleName = ?"),
-                                       {h.key.number, h.key.date, h.key.title})
-                          .value_or(Money());
+    const Money net
+        = m_db.scalarMoney(QStringLiteral("SELECT SUM(ValueIncludingTax) FROM tblInvoice WHERE InvoiceNo = ? "
+                                          "AND InvoiceDate = ? AND TitleName = ?"),
+                  {h.key.number, h.key.date, h.key.title})
+              .value_or(Money());
     if (net != InvoiceRules::netAmount(lines))
         return Outcome::refusal(kChangedElsewhere);
     writeVoucher(original, h, net, InvoiceRules::termsList(lines), true);
@@ -216,7 +233,7 @@ Outcome InvoicePosting::deleteInvoice(const InvoiceKey &original)
             ++out.rowsWritten;
     writer.endBatch();
     m_db.execute(QStringLiteral("DELETE FROM tblInvoice WHERE InvoiceNo = ? AND InvoiceDate = ? AND TitleName = ?"),
-                 {original.number, original.date, original.title});
+        {original.number, original.date, original.title});
     InvoiceStaging(m_db).clear();
     tx.commit();
     out.ok = true;

@@ -45,8 +45,8 @@ public:
 private:
     Outcome checkHeader(const InvoiceHeader &header, const QVector<InvoiceLine> &lines);
     void insertLine(const InvoiceHeader &header, const InvoiceLine &line);
-    void writeVoucher(const InvoiceKey &original, const InvoiceHeader &header, Money net, const QString &terms,
-                      bool existing);
+    void writeVoucher(
+        const InvoiceKey &original, const InvoiceHeader &header, Money net, const QString &terms, bool existing);
 
     SessionConnection &m_db;
     QString m_user;

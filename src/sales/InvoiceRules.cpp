@@ -28,8 +28,8 @@ Outcome checkLineTail(const LineEntry &e, LineCommand command)
     if (e.partyName.trimmed().isEmpty())
         return Outcome::refusal(kNoParty, QStringLiteral("cmbPartyName"));
     if (e.partyCode.trimmed().isEmpty())
-        return Outcome::refusal(command == LineCommand::Add ? kPartyNotFound : kPartyCodeNotFound,
-                                QStringLiteral("cmbPartyName"));
+        return Outcome::refusal(
+            command == LineCommand::Add ? kPartyNotFound : kPartyCodeNotFound, QStringLiteral("cmbPartyName"));
     if (command != LineCommand::Add)
         return Outcome::passed();
     if (e.description.trimmed().isEmpty())
@@ -78,8 +78,8 @@ InvoiceTotals totals(const QVector<InvoiceLine> &lines, const QString &cedRate)
         t.saleTax += l.saleTax;
         t.net += l.valueWithTax;
     }
-    const auto ced = InvoiceArithmetic::percentOf(t.valueExSaleTax.toWholeUnits(),
-                                                  cedRate.trimmed().isEmpty() ? QStringLiteral("0") : cedRate);
+    const auto ced = InvoiceArithmetic::percentOf(
+        t.valueExSaleTax.toWholeUnits(), cedRate.trimmed().isEmpty() ? QStringLiteral("0") : cedRate);
     t.totalCed = Money::fromUnits(ced.value_or(0));
     return t;
 }

@@ -20,8 +20,8 @@ inline const QString kPartyCodeNotFound = QStringLiteral("Party Code not found, 
 inline const QString kNoDescription = QStringLiteral("Description is missing, please enter description");
 inline const QString kNoQuantity = QStringLiteral("Quantity is missing, please enter quantity");
 inline const QString kNoRate = QStringLiteral("Rate is missing, please enter rate");
-inline const QString kBadFigures =
-    QStringLiteral("Line amount is not valid, please check quantity, rate and tax percentages");
+inline const QString kBadFigures
+    = QStringLiteral("Line amount is not valid, please check quantity, rate and tax percentages");
 inline const QString kLineAdded = QStringLiteral("Invoice Item has saved successfully");
 inline const QString kLineChanged = QStringLiteral("Party invoice has modified successfully");
 inline const QString kLineRemoved = QStringLiteral("Invoice Item has deleted successfully");
@@ -35,8 +35,8 @@ inline const QString kDeleteQuestion = QStringLiteral("Are you sure you want to 
 inline const QString kCloseQuestion = QStringLiteral("Are you sure you want to close this Invoice");
 inline const QString kNoFinderNo = QStringLiteral("Please enter Invoice #, empty field doesn't show any Invoice");
 inline const QString kNotFound = QStringLiteral("No Invoice # found, please enter correct Invoice #");
-inline const QString kChangedElsewhere =
-    QStringLiteral("This invoice has been changed on another workstation, please open it again");
+inline const QString kChangedElsewhere
+    = QStringLiteral("This invoice has been changed on another workstation, please open it again");
 QString numberMoved(qint64 typed, qint64 saved);
 } // namespace InvoiceMessages
 

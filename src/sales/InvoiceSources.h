@@ -29,10 +29,10 @@ QStringList partyOrders(SessionConnection &db, const QString &partyCode);
 QStringList challanNumbers(SessionConnection &db, const QString &partyCode, const QString &poNo);
 // The lines of a challan, in the order they were typed. An empty `poNo`
 // reads the challan whatever order it went against.
-QVector<ChallanLine> challanLines(SessionConnection &db, const QString &partyCode, const QString &poNo,
-                                  qint64 challanNo);
+QVector<ChallanLine> challanLines(
+    SessionConnection &db, const QString &partyCode, const QString &poNo, qint64 challanNo);
 // The unit price of an item on the customer's order, when it has one.
-std::optional<QString> orderPrice(SessionConnection &db, const QString &partyCode, const QString &partyPONo,
-                                  const QString &description);
+std::optional<QString> orderPrice(
+    SessionConnection &db, const QString &partyCode, const QString &partyPONo, const QString &description);
 
 } // namespace InvoiceSources

@@ -19,8 +19,8 @@ InvoiceLine lineFromRow(const Row &r)
     InvoiceLine l;
     l.srNo = r.integer("SrNo");
     l.state = r.has(QStringLiteral("Remarks"))
-                  ? lineStateFromWord(r.text("Remarks").trimmed()).value_or(LineState::Insert)
-                  : LineState::Update;
+        ? lineStateFromWord(r.text("Remarks").trimmed()).value_or(LineState::Insert)
+        : LineState::Update;
     l.termsOfSale = r.text("TermsOfSale");
     l.description = r.text("Description");
     l.poNo = r.text("PONo");
@@ -45,17 +45,20 @@ InvoiceLine lineFromRow(const Row &r)
 
 } // namespace
 
-void InvoiceStaging::clear() { m_db.execute(QStringLiteral("DELETE FROM tblInvoiceEmpty")); }
+void InvoiceStaging::clear()
+{
+    m_db.execute(QStringLiteral("DELETE FROM tblInvoiceEmpty"));
+}
 
 void InvoiceStaging::put(const InvoiceHeader &h, const InvoiceLine &l)
 {
     m_db.execute(QStringLiteral("INSERT INTO tblInvoiceEmpty (") + kLineColumns
-                     + QStringLiteral(", Remarks) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, "
-                                      "?, ?, ?, ?, ?, ?)"),
-                 {l.srNo, l.termsOfSale, h.key.number, h.key.date, h.partyCode, h.partyName, l.description, l.poNo,
-                  l.quantity, l.rate, l.price.toVariant(), l.saleTaxRate, l.saleTax.toVariant(),
-                  l.valueWithTax.toVariant(), l.challanNo, l.gateEntryNo, l.type, h.key.title, l.jobNo, h.cedRate,
-                  l.invoiceDesc, h.dtre, l.weight, l.furtherTaxRate, h.descCode, lineStateWord(l.state)});
+            + QStringLiteral(", Remarks) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, "
+                             "?, ?, ?, ?, ?, ?)"),
+        {l.srNo, l.termsOfSale, h.key.number, h.key.date, h.partyCode, h.partyName, l.description, l.poNo, l.quantity,
+            l.rate, l.price.toVariant(), l.saleTaxRate, l.saleTax.toVariant(), l.valueWithTax.toVariant(), l.challanNo,
+            l.gateEntryNo, l.type, h.key.title, l.jobNo, h.cedRate, l.invoiceDesc, h.dtre, l.weight, l.furtherTaxRate,
+            h.descCode, lineStateWord(l.state)});
 }
 
 QVector<InvoiceLine> InvoiceStaging::lines(bool liveOnly)
@@ -63,8 +66,7 @@ QVector<InvoiceLine> InvoiceStaging::lines(bool liveOnly)
     QVector<InvoiceLine> out;
     const QString where = liveOnly ? QStringLiteral(" WHERE Remarks IN ('INSERT', 'UPDATE')") : QString();
     for (const Row &r : m_db.select(QStringLiteral("SELECT ") + kLineColumns
-                                    + QStringLiteral(", Remarks FROM tblInvoiceEmpty") + where
-                                    + QStringLiteral(" ORDER BY SrNo")))
+             + QStringLiteral(", Remarks FROM tblInvoiceEmpty") + where + QStringLiteral(" ORDER BY SrNo")))
         out << lineFromRow(r);
     return out;
 }
@@ -79,9 +81,9 @@ QVector<InvoiceLine> InvoiceStaging::postedLines(const InvoiceKey &key, InvoiceH
 {
     QVector<InvoiceLine> out;
     const QueryResult rows = m_db.select(QStringLiteral("SELECT ") + kLineColumns
-                                             + QStringLiteral(" FROM tblInvoice WHERE InvoiceNo = ? AND InvoiceDate = ? "
-                                                              "AND TitleName = ? ORDER BY SrNo"),
-                                         {key.number, key.date, key.title});
+            + QStringLiteral(" FROM tblInvoice WHERE InvoiceNo = ? AND InvoiceDate = ? "
+                             "AND TitleName = ? ORDER BY SrNo"),
+        {key.number, key.date, key.title});
     for (const Row &r : rows)
         out << lineFromRow(r);
     if (header && !rows.rows.isEmpty()) {
@@ -100,15 +102,14 @@ namespace InvoiceLookups {
 
 qint64 nextInvoiceNo(SessionConnection &db, const QString &title)
 {
-    return db.scalar(QStringLiteral("SELECT MAX(InvoiceNo) FROM tblInvoice WHERE TitleName = ?"), {title})
-               .toLongLong()
-           + 1;
+    return db.scalar(QStringLiteral("SELECT MAX(InvoiceNo) FROM tblInvoice WHERE TitleName = ?"), {title}).toLongLong()
+        + 1;
 }
 
 bool invoiceNumberTaken(SessionConnection &db, const QString &title, qint64 number)
 {
-    return db.selectOne(QStringLiteral("SELECT SrNo FROM tblInvoice WHERE InvoiceNo = ? AND TitleName = ?"),
-                        {number, title})
+    return db
+        .selectOne(QStringLiteral("SELECT SrNo FROM tblInvoice WHERE InvoiceNo = ? AND TitleName = ?"), {number, title})
         .has_value();
 }
 
@@ -125,7 +126,7 @@ QString descCodeOfTerms(SessionConnection &db, const QString &terms)
 {
     const auto r = db.selectOne(QStringLiteral("SELECT DescCode FROM tblInvoice WHERE TermsOfSale = ? "
                                                "ORDER BY SrNo DESC LIMIT 1"),
-                                {terms});
+        {terms});
     return r ? r->text(0) : QString();
 }
 
@@ -140,9 +141,10 @@ QStringList descriptionHistory(SessionConnection &db)
 
 QueryResult invoiceParties(SessionConnection &db)
 {
-    return db.select(QStringLiteral("SELECT PartyName, PartyCode FROM tblPartyInfo WHERE PartyCode NOT LIKE '__-__-000%' "
-                                    "AND PartyCode <> ? ORDER BY PartyName"),
-                     {Ledger::kCashCode});
+    return db.select(
+        QStringLiteral("SELECT PartyName, PartyCode FROM tblPartyInfo WHERE PartyCode NOT LIKE '__-__-000%' "
+                       "AND PartyCode <> ? ORDER BY PartyName"),
+        {Ledger::kCashCode});
 }
 
 } // namespace InvoiceLookups

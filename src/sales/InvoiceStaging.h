@@ -11,7 +11,10 @@
 class InvoiceStaging
 {
 public:
-    explicit InvoiceStaging(SessionConnection &db) : m_db(db) {}
+    explicit InvoiceStaging(SessionConnection &db)
+        : m_db(db)
+    {
+    }
 
     void clear();
     // One line stamped with the invoice's header.

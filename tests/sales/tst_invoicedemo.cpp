@@ -38,7 +38,7 @@ void TestInvoiceDemo::vouchersEqualInvoices()
                 c.db.execute(QStringLiteral("INSERT INTO tblDeliveryChallan (RecordNo, DeliveryChallanNo, VDate, "
                                             "PartyCode, PartyName, Description, PONo, Quantity, Type, DemandNo, "
                                             "TitleName) VALUES (1, ?, ?, ?, ?, ?, 'PO-1', 120, 'Pcs', 'D-1', 'PRESS')"),
-                             {n + 1, c.options.from.addDays(10), a.code, a.name, QString::fromLatin1(item)});
+                    {n + 1, c.options.from.addDays(10), a.code, a.name, QString::fromLatin1(item)});
         }
     });
     g.addPart(QStringLiteral("invoices"), &InvoiceDemo::invoicePart);
@@ -47,11 +47,11 @@ void TestInvoiceDemo::vouchersEqualInvoices()
     QVERIFY(s.ledgerRows >= o.rows);
 
     QCOMPARE(TestDb::count(*db, QStringLiteral("SELECT COUNT(*) FROM tblInvoice WHERE ChallanNo IN ('1', '2')")), 6);
-    const int invoices = TestDb::count(
-        *db, QStringLiteral("SELECT COUNT(*) FROM (SELECT DISTINCT TitleName, InvoiceNo, InvoiceDate FROM tblInvoice) x"));
+    const int invoices = TestDb::count(*db,
+        QStringLiteral("SELECT COUNT(*) FROM (SELECT DISTINCT TitleName, InvoiceNo, InvoiceDate FROM tblInvoice) x"));
     QVERIFY(invoices >= o.rows / 100);
     QCOMPARE(TestDb::count(*db, QStringLiteral("SELECT COUNT(*) FROM tblPartyBalance WHERE VoucherType = 'SV'")),
-             2 * invoices);
+        2 * invoices);
 
     // Each invoice against its own voucher: customer debit and sales
     // credit, both the total of its lines.
@@ -63,7 +63,8 @@ void TestInvoiceDemo::vouchersEqualInvoices()
         "IS DISTINCT FROM i.Total OR (SELECT SUM(b.PartyCR) FROM tblPartyBalance b WHERE b.VoucherType = 'SV' "
         "AND b.VoucherNo = i.InvoiceNo AND b.VDate = i.InvoiceDate AND COALESCE(b.CareOf, '') = i.TitleName "
         "AND b.PartyCode = '20-10-002') IS DISTINCT FROM i.Total"));
-    QVERIFY2(mismatches.isEmpty(), qPrintable(QStringLiteral("%1 invoices differ from their vouchers").arg(mismatches.size())));
+    QVERIFY2(mismatches.isEmpty(),
+        qPrintable(QStringLiteral("%1 invoices differ from their vouchers").arg(mismatches.size())));
     QStringList diff;
     QVERIFY2(LedgerCheck::keptBalancesAgree(*db, &diff), qPrintable(diff.join(QLatin1Char('\n'))));
 }

@@ -19,19 +19,18 @@ inline const QString kUser = QStringLiteral("CLERK");
 inline void prepareYear(SessionConnection &db)
 {
     db.execute(QStringLiteral("UPDATE tblClosingDate SET ClosingDate = ?"), {QDate(2025, 12, 31)});
-    const QList<QPair<QString, QString>> accounts = {{"17-10-001", "CRESCENT TEXTILES"},
-                                                     {"17-10-002", "SUNRISE PACKAGES"},
-                                                     {"14-10-001", "PAPER HOUSE"}};
+    const QList<QPair<QString, QString>> accounts
+        = {{"17-10-001", "CRESCENT TEXTILES"}, {"17-10-002", "SUNRISE PACKAGES"}, {"14-10-001", "PAPER HOUSE"}};
     for (const auto &a : accounts)
-        db.execute(QStringLiteral("INSERT INTO tblPartyInfo (PartyCode, PartyName) VALUES (?, ?)"),
-                   {a.first, a.second});
+        db.execute(
+            QStringLiteral("INSERT INTO tblPartyInfo (PartyCode, PartyName) VALUES (?, ?)"), {a.first, a.second});
     for (const char *t : {"PRESS", "PACKAGING"})
         db.execute(QStringLiteral("INSERT INTO tblTitleName (TitleName) VALUES (?)"), {QString::fromLatin1(t)});
 }
 
 // A line with its figures computed as the screen computes them.
 inline InvoiceLine line(const QString &terms, const QString &desc, const QString &quantity, const QString &rate,
-                        const QString &saleTax = QStringLiteral("0"))
+    const QString &saleTax = QStringLiteral("0"))
 {
     InvoiceLine l;
     l.termsOfSale = terms;
@@ -45,8 +44,7 @@ inline InvoiceLine line(const QString &terms, const QString &desc, const QString
 }
 
 inline InvoiceHeader header(const QString &title, qint64 no, const QDate &date = kDay,
-                            const QString &code = QStringLiteral("17-10-001"),
-                            const QString &name = QStringLiteral("CRESCENT TEXTILES"))
+    const QString &code = QStringLiteral("17-10-001"), const QString &name = QStringLiteral("CRESCENT TEXTILES"))
 {
     InvoiceHeader h;
     h.key = {title, no, date};
@@ -59,11 +57,11 @@ inline InvoiceHeader header(const QString &title, qint64 no, const QDate &date =
 inline QVector<InvoiceLine> threeLines()
 {
     return {line(QStringLiteral("CREDIT"), QStringLiteral("CARTON"), QStringLiteral("1000"), QStringLiteral("5"),
-                 QStringLiteral("17")),
-            line(QStringLiteral("CASH"), QStringLiteral("LABEL"), QStringLiteral("600"), QStringLiteral("5"),
-                 QStringLiteral("17")),
-            line(QStringLiteral("CREDIT"), QStringLiteral("LEAFLET"), QStringLiteral("400"), QStringLiteral("5"),
-                 QStringLiteral("22"))};
+                QStringLiteral("17")),
+        line(QStringLiteral("CASH"), QStringLiteral("LABEL"), QStringLiteral("600"), QStringLiteral("5"),
+            QStringLiteral("17")),
+        line(QStringLiteral("CREDIT"), QStringLiteral("LEAFLET"), QStringLiteral("400"), QStringLiteral("5"),
+            QStringLiteral("22"))};
 }
 
 } // namespace InvoiceFixture

@@ -31,26 +31,28 @@ QVector<SvRow> svRows(SessionConnection &db, qint64 no)
     for (const Row &r : db.select(QStringLiteral("SELECT PartyCode, VDate, PartyDR, PartyCR, PartyBalance, PartyDesc, "
                                                  "InvoiceNo FROM tblPartyBalance WHERE VoucherType = 'SV' AND "
                                                  "VoucherNo = ? ORDER BY SrNo"),
-                                  {no})) {
+             {no})) {
         out << SvRow{r.text(0).trimmed(), r.date(1), r.moneyOrZero("PartyDR"), r.moneyOrZero("PartyCR"), r.text(5),
-                     r.text(6).trimmed()};
+            r.text(6).trimmed()};
     }
     return out;
 }
 
 Money linesTotal(SessionConnection &db, const InvoiceKey &k)
 {
-    return db.scalarMoney(QStringLiteral("SELECT SUM(ValueIncludingTax) FROM tblInvoice WHERE InvoiceNo = ? AND "
-                                         "InvoiceDate = ? AND TitleName = ?"),
-                          {k.number, k.date, k.title})
+    return db
+        .scalarMoney(QStringLiteral("SELECT SUM(ValueIncludingTax) FROM tblInvoice WHERE InvoiceNo = ? AND "
+                                    "InvoiceDate = ? AND TitleName = ?"),
+            {k.number, k.date, k.title})
         .value_or(Money());
 }
 
 int lineCount(SessionConnection &db, const InvoiceKey &k)
 {
-    return TestDb::count(db, QStringLiteral("SELECT COUNT(*) FROM tblInvoice WHERE InvoiceNo = ? AND InvoiceDate = ? "
-                                            "AND TitleName = ?"),
-                         {k.number, k.date, k.title});
+    return TestDb::count(db,
+        QStringLiteral("SELECT COUNT(*) FROM tblInvoice WHERE InvoiceNo = ? AND InvoiceDate = ? "
+                       "AND TitleName = ?"),
+        {k.number, k.date, k.title});
 }
 
 // The voucher of an invoice equals its lines: customer debit and sales
@@ -60,8 +62,9 @@ void voucherEqualsLines(SessionConnection &db, const InvoiceKey &k, const QStrin
     const QueryResult rows = InvoicePosting::voucherRows(db, k);
     QCOMPARE(rows.size(), 2);
     const Money total = linesTotal(db, k);
-    for (const Row &r : db.select(QStringLiteral("SELECT PartyCode, PartyDR, PartyCR FROM tblPartyBalance WHERE SrNo IN (?, ?)"),
-                                  {rows.at(0).integer(0), rows.at(1).integer(0)})) {
+    for (const Row &r :
+        db.select(QStringLiteral("SELECT PartyCode, PartyDR, PartyCR FROM tblPartyBalance WHERE SrNo IN (?, ?)"),
+            {rows.at(0).integer(0), rows.at(1).integer(0)})) {
         if (r.text(0).trimmed() == InvoiceRules::kSalesCode) {
             QCOMPARE(r.moneyOrZero("PartyCR"), total);
         } else {
@@ -75,7 +78,7 @@ void voucherEqualsLines(SessionConnection &db, const InvoiceKey &k, const QStrin
 StagedLines<InvoiceLine> staged(const InvoiceHeader &h)
 {
     return StagedLines<InvoiceLine>({[](SessionConnection &c) { InvoiceStaging(c).clear(); },
-                                     [h](SessionConnection &c, const InvoiceLine &l) { InvoiceStaging(c).put(h, l); }});
+        [h](SessionConnection &c, const InvoiceLine &l) { InvoiceStaging(c).put(h, l); }});
 }
 
 void keptBalancesAgree(SessionConnection &db)
@@ -157,15 +160,15 @@ void TestInvoicePosting::modifyByState()
     const InvoiceHeader h = header(QStringLiteral("PRESS"), 4);
     QVERIFY(InvoicePosting(*db, kUser, kToday).saveNew(h, threeLines(), NumberPolicy::Typed).ok);
 
-    InvoiceHeader changed = header(QStringLiteral("PRESS"), 4, kDay.addDays(5), QStringLiteral("17-10-002"),
-                                   QStringLiteral("SUNRISE PACKAGES"));
+    InvoiceHeader changed = header(
+        QStringLiteral("PRESS"), 4, kDay.addDays(5), QStringLiteral("17-10-002"), QStringLiteral("SUNRISE PACKAGES"));
     auto lines = staged(changed);
     lines.load(*db, InvoiceStaging(*db).postedLines(h.key));
     const auto loaded = lines.all();
     QCOMPARE(loaded.size(), 3);
-    QVERIFY(lines.remove(*db, loaded[1].srNo));                // 3,510 leaves
+    QVERIFY(lines.remove(*db, loaded[1].srNo)); // 3,510 leaves
     const qint64 added = lines.add(*db, line("CASH", "BOX", "10", "10"));
-    QVERIFY(added > loaded.last().srNo);                       // never an existing SrNo
+    QVERIFY(added > loaded.last().srNo); // never an existing SrNo
     QVERIFY(lines.change(*db, added, line("CASH", "BOX", "20", "10")));
     QCOMPARE(lines.find(added)->state, LineState::Insert);
     QVERIFY(lines.change(*db, loaded[0].srNo, line("CREDIT", "CARTON", "1000", "6", "17")));
@@ -234,8 +237,8 @@ void TestInvoicePosting::numbersPerTitle()
     prepareYear(*first);
     const qint64 proposed = InvoiceLookups::nextInvoiceNo(*second, QStringLiteral("PRESS"));
     QCOMPARE(proposed, 1);
-    QVERIFY(InvoicePosting(*first, kUser, kToday).saveNew(header(QStringLiteral("PRESS"), 1), threeLines(),
-                                                          NumberPolicy::Proposed)
+    QVERIFY(InvoicePosting(*first, kUser, kToday)
+                .saveNew(header(QStringLiteral("PRESS"), 1), threeLines(), NumberPolicy::Proposed)
                 .ok);
 
     const Outcome typed = InvoicePosting(*second, kUser, kToday)
@@ -272,8 +275,10 @@ void TestInvoicePosting::refusals_data()
         QTest::newRow(qPrintable(b + " cash account")) << b << "cash" << InvoiceMessages::kPartyNotFound;
         QTest::newRow(qPrintable(b + " a heading")) << b << "heading" << PostingMessages::kHeading;
         QTest::newRow(qPrintable(b + " closed date on save")) << b << "closed" << DateRules::closedPeriodMessage();
-        QTest::newRow(qPrintable(b + " closed date on modify")) << b << "closedmodify" << DateRules::closedPeriodMessage();
-        QTest::newRow(qPrintable(b + " closed date on delete")) << b << "closeddelete" << DateRules::closedPeriodMessage();
+        QTest::newRow(qPrintable(b + " closed date on modify"))
+            << b << "closedmodify" << DateRules::closedPeriodMessage();
+        QTest::newRow(qPrintable(b + " closed date on delete"))
+            << b << "closeddelete" << DateRules::closedPeriodMessage();
     }
 }
 
@@ -308,8 +313,8 @@ void TestInvoicePosting::refusals()
         h.key.date = kDay;
     }
     if (what == QLatin1String("closedmodify"))
-        out = posting.saveModified(open.key, header(QStringLiteral("PRESS"), 1, kDay.addDays(1)),
-                                   InvoiceStaging(*db).postedLines(open.key));
+        out = posting.saveModified(
+            open.key, header(QStringLiteral("PRESS"), 1, kDay.addDays(1)), InvoiceStaging(*db).postedLines(open.key));
     else if (what == QLatin1String("closeddelete"))
         out = posting.deleteInvoice(open.key);
     else
@@ -327,11 +332,16 @@ void TestInvoicePosting::failureLeavesBothAsBefore_data()
     QTest::addColumn<QString>("failingStatement");
     for (const char *be : {"sqlite", "postgres"}) {
         const QString b = QString::fromLatin1(be);
-        QTest::newRow(qPrintable(b + " new, at the lines")) << b << "new" << "INSERT INTO tblInvoice (";
-        QTest::newRow(qPrintable(b + " new, at staging")) << b << "new" << "DELETE FROM tblInvoiceEmpty";
-        QTest::newRow(qPrintable(b + " modify, at the voucher")) << b << "modify" << "UPDATE tblPartyBalance";
-        QTest::newRow(qPrintable(b + " modify, at a removed line")) << b << "modify" << "DELETE FROM tblInvoice WHERE";
-        QTest::newRow(qPrintable(b + " delete, at the lines")) << b << "delete" << "DELETE FROM tblInvoice WHERE";
+        QTest::newRow(qPrintable(b + " new, at the lines")) << b << "new"
+                                                            << "INSERT INTO tblInvoice (";
+        QTest::newRow(qPrintable(b + " new, at staging")) << b << "new"
+                                                          << "DELETE FROM tblInvoiceEmpty";
+        QTest::newRow(qPrintable(b + " modify, at the voucher")) << b << "modify"
+                                                                 << "UPDATE tblPartyBalance";
+        QTest::newRow(qPrintable(b + " modify, at a removed line")) << b << "modify"
+                                                                    << "DELETE FROM tblInvoice WHERE";
+        QTest::newRow(qPrintable(b + " delete, at the lines")) << b << "delete"
+                                                               << "DELETE FROM tblInvoice WHERE";
     }
 }
 
@@ -346,13 +356,23 @@ void TestInvoicePosting::failureLeavesBothAsBefore()
     QVERIFY(InvoicePosting(*db, kUser, kToday).saveNew(h, threeLines(), NumberPolicy::Typed).ok);
     auto snapshot = [&db] {
         QStringList out;
-        for (const Row &r : db->select(QStringLiteral("SELECT SrNo, VoucherType, VoucherNo, VDate, PartyCode, PartyBalance "
-                                                      "FROM tblPartyBalance ORDER BY SrNo")))
-            out << QStringLiteral("%1 %2 %3 %4 %5 %6").arg(r.integer(0)).arg(r.text(1).trimmed()).arg(r.integer(2))
-                       .arg(r.date(3).toString()).arg(r.text(4).trimmed()).arg(r.moneyOrZero("PartyBalance").toPlainString());
-        for (const Row &r : db->select(QStringLiteral("SELECT SrNo, InvoiceNo, InvoiceDate, ValueIncludingTax FROM tblInvoice "
-                                                      "ORDER BY SrNo")))
-            out << QStringLiteral("line %1 %2 %3 %4").arg(r.integer(0)).arg(r.integer(1)).arg(r.date(2).toString())
+        for (const Row &r :
+            db->select(QStringLiteral("SELECT SrNo, VoucherType, VoucherNo, VDate, PartyCode, PartyBalance "
+                                      "FROM tblPartyBalance ORDER BY SrNo")))
+            out << QStringLiteral("%1 %2 %3 %4 %5 %6")
+                       .arg(r.integer(0))
+                       .arg(r.text(1).trimmed())
+                       .arg(r.integer(2))
+                       .arg(r.date(3).toString())
+                       .arg(r.text(4).trimmed())
+                       .arg(r.moneyOrZero("PartyBalance").toPlainString());
+        for (const Row &r :
+            db->select(QStringLiteral("SELECT SrNo, InvoiceNo, InvoiceDate, ValueIncludingTax FROM tblInvoice "
+                                      "ORDER BY SrNo")))
+            out << QStringLiteral("line %1 %2 %3 %4")
+                       .arg(r.integer(0))
+                       .arg(r.integer(1))
+                       .arg(r.date(2).toString())
                        .arg(r.moneyOrZero("ValueIncludingTax").toPlainString());
         return out;
     };

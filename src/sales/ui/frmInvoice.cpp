@@ -30,20 +30,26 @@ using InvoiceRules::LineCommand;
 namespace {
 
 const QStringList kGridCaptions = {QStringLiteral("SR #"), QStringLiteral("DESCRIPTION"), QStringLiteral("P.O"),
-                                   QStringLiteral("QUANTITY"), QStringLiteral("RATE")};
+    QStringLiteral("QUANTITY"), QStringLiteral("RATE")};
 
-SessionConnection &db() { return session().db(); }
+SessionConnection &db()
+{
+    return session().db();
+}
 
-QString orZero(const QString &text) { return text.trimmed().isEmpty() ? QStringLiteral("0") : text.trimmed(); }
+QString orZero(const QString &text)
+{
+    return text.trimmed().isEmpty() ? QStringLiteral("0") : text.trimmed();
+}
 
 } // namespace
 
 // ------------------------------------------------------------ building
 
 frmInvoice::frmInvoice(QWidget *parent)
-    : BaseScreen(parent),
-      m_lines({[](SessionConnection &c) { InvoiceStaging(c).clear(); },
-               [this](SessionConnection &c, const InvoiceLine &l) { InvoiceStaging(c).put(header(), l); }})
+    : BaseScreen(parent)
+    , m_lines({[](SessionConnection &c) { InvoiceStaging(c).clear(); },
+          [this](SessionConnection &c, const InvoiceLine &l) { InvoiceStaging(c).put(header(), l); }})
 {
     setObjectName(QStringLiteral("frmInvoice"));
     setTitle(QStringLiteral("SALES TAX INVOICE"));
@@ -177,13 +183,12 @@ void frmInvoice::buildEntryPanel()
     m_pick = new AccountPick(cmbPartyName, txtPartyCode, nullptr, this);
 
     typingOrder({cmbTitleName, mskDate, txtInvoiceNo, cmbPartyName, txtTermOfSale, txtDescCode, cmbPartyPONo,
-                 cmbChallanNo, cmbDescSrNo, cmbDesc, chkInvoiceDesc, txtInvoiceDesc, cmbDemandNo, txtWeight, txtType,
-                 txtQuantity, txtRate, txtRateOfSaleTax, txtFurtherTax, txtCED, txtDTRE, txtGateEntryNo, cmdNew,
-                 cmdModify, cmdDelete, dgInvoice, cmdModifyInvoice, cmdDeleteInvoice, cmdNewInvoice},
-                cmdNew, {cmbPartyName});
+                    cmbChallanNo, cmbDescSrNo, cmbDesc, chkInvoiceDesc, txtInvoiceDesc, cmbDemandNo, txtWeight, txtType,
+                    txtQuantity, txtRate, txtRateOfSaleTax, txtFurtherTax, txtCED, txtDTRE, txtGateEntryNo, cmdNew,
+                    cmdModify, cmdDelete, dgInvoice, cmdModifyInvoice, cmdDeleteInvoice, cmdNewInvoice},
+        cmdNew, {cmbPartyName});
     for (QWidget *w : std::initializer_list<QWidget *>{txtTermOfSale, cmbPartyPONo, cmbChallanNo, cmbDesc, cmbDemandNo,
-                                                       txtWeight, txtQuantity, txtRate, txtRateOfSaleTax,
-                                                       txtFurtherTax, txtCED})
+             txtWeight, txtQuantity, txtRate, txtRateOfSaleTax, txtFurtherTax, txtCED})
         w->installEventFilter(this);
 }
 
@@ -210,13 +215,14 @@ void frmInvoice::buildFinder()
     g.put(3, 0, QStringLiteral("INVOICE DATE:"), mskDateModifyInvoice);
     g.buttons(4, 0, {cmdInvoiceNoOkay, cmdInvoiceNoCancel});
     typingOrder({cmbModifyTitleName, txtShowInvoiceNo, mskDateModifyInvoice, cmdInvoiceNoOkay, cmdInvoiceNoCancel},
-                cmdInvoiceNoOkay);
+        cmdInvoiceNoOkay);
 }
 
 void frmInvoice::wireCommands()
 {
     auto lineGate = [this](QPushButton *b, LineCommand c, void (frmInvoice::*work)()) {
-        auto *gate = new CommandGate(b, [this, c] { return lineAllowed(c); }, [this, work] { (this->*work)(); });
+        auto *gate = new CommandGate(
+            b, [this, c] { return lineAllowed(c); }, [this, work] { (this->*work)(); });
         gate->checkOnFocusWhen([this] { return !cmbDesc->currentText().trimmed().isEmpty(); });
     };
     lineGate(cmdNew, LineCommand::Add, &frmInvoice::addLine);
@@ -226,8 +232,10 @@ void frmInvoice::wireCommands()
         if (lineAllowed(LineCommand::Remove))
             removeLine();
     });
-    new CommandGate(cmdModifyInvoice, [this] { return invoiceHasValue(); }, [this] { saveInvoice(); });
-    new CommandGate(cmdDeleteInvoice, [this] { return invoiceHasValue(); }, [this] { deleteInvoice(); });
+    new CommandGate(
+        cmdModifyInvoice, [this] { return invoiceHasValue(); }, [this] { saveInvoice(); });
+    new CommandGate(
+        cmdDeleteInvoice, [this] { return invoiceHasValue(); }, [this] { deleteInvoice(); });
     new CommandGate(
         cmdInvoiceNoOkay,
         [this] {
@@ -365,8 +373,8 @@ void frmInvoice::loadItems()
     if (challan.isEmpty())
         return;
     runSafely(this, [&] {
-        m_challanLines = InvoiceSources::challanLines(db(), m_pick->code(), cmbPartyPONo->currentText().trimmed(),
-                                                      challan.toLongLong());
+        m_challanLines = InvoiceSources::challanLines(
+            db(), m_pick->code(), cmbPartyPONo->currentText().trimmed(), challan.toLongLong());
     });
     QStringList numbered, descriptions, demands;
     for (int i = 0; i < m_challanLines.size(); ++i) {
@@ -398,7 +406,8 @@ void frmInvoice::lookUpPrice()
         return;
     const QString desc = cmbDesc->currentText().trimmed();
     runSafely(this, [&] {
-        if (const auto price = InvoiceSources::orderPrice(db(), m_pick->code(), cmbPartyPONo->currentText().trimmed(), desc))
+        if (const auto price
+            = InvoiceSources::orderPrice(db(), m_pick->code(), cmbPartyPONo->currentText().trimmed(), desc))
             txtRate->setText(*price);
     });
     if (cmbChallanNo->currentText().trimmed().isEmpty())
@@ -507,7 +516,7 @@ InvoiceHeader frmInvoice::header() const
 InvoiceKey frmInvoice::originalKey() const
 {
     return {cmbModifyTitleName->currentText().trimmed(), txtShowInvoiceNo->text().trimmed().toLongLong(),
-            mskDateModifyInvoice->date()};
+        mskDateModifyInvoice->date()};
 }
 
 bool frmInvoice::lineAllowed(LineCommand command)
@@ -647,7 +656,7 @@ void frmInvoice::saveInvoice()
             out = posting.saveModified(m_original, header(), m_lines.all());
         else
             out = posting.saveNew(header(), m_lines.all(),
-                                  txtInvoiceNo->text() == m_proposedNo ? NumberPolicy::Proposed : NumberPolicy::Typed);
+                txtInvoiceNo->text() == m_proposedNo ? NumberPolicy::Proposed : NumberPolicy::Typed);
     });
     if (!ran)
         return; // the database's reason was shown; the lines are still on the screen

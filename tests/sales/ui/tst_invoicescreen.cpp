@@ -44,19 +44,19 @@ void prepare(ScreenTest &t)
     db.execute(QStringLiteral("UPDATE tblClosingDate SET ClosingDate = ?"), {QDate(2025, 12, 31)});
     t.addAccounts({{"17-10-001", "CRESCENT TEXTILES"}, {"17-10-002", "SUNRISE PACKAGES"}});
     db.execute(QStringLiteral("INSERT INTO tblTitleName (TitleName) VALUES ('PRESS')"));
-    const QList<QStringList> items = {{"CARTON 12X8", "D-1", "1000", "4.5"},
-                                      {"LABEL ROLL", "D-2", "250", "12"},
-                                      {"CARTON 12X8", "D-3", "40", "4.5"}};
+    const QList<QStringList> items = {
+        {"CARTON 12X8", "D-1", "1000", "4.5"}, {"LABEL ROLL", "D-2", "250", "12"}, {"CARTON 12X8", "D-3", "40", "4.5"}};
     for (const QStringList &i : items) {
         db.execute(QStringLiteral("INSERT INTO tblDeliveryChallan (RecordNo, DeliveryChallanNo, VDate, PartyCode, "
                                   "PartyName, Description, PONo, Quantity, Type, DemandNo, GateEntryNo, TitleName) "
                                   "VALUES (1, 5, ?, '17-10-001', 'CRESCENT TEXTILES', ?, 'PO-77', ?, 'Pcs', ?, 'G-9', "
                                   "'PRESS')"),
-                   {kDay, i[0], i[2], i[1]});
-        db.execute(QStringLiteral("INSERT INTO tblPurchaseOrder (RecordNo, PONo, PartyPONo, VDate, PartyCode, PartyName, "
-                                  "Description, Quantity, Type, UnitPrice, DemandNo, TitleName) VALUES (1, 1, 'PO-77', ?, "
-                                  "'17-10-001', 'CRESCENT TEXTILES', ?, ?, 'Pcs', ?, ?, 'PRESS')"),
-                   {kDay, i[0], i[2], i[3], i[1]});
+            {kDay, i[0], i[2], i[1]});
+        db.execute(
+            QStringLiteral("INSERT INTO tblPurchaseOrder (RecordNo, PONo, PartyPONo, VDate, PartyCode, PartyName, "
+                           "Description, Quantity, Type, UnitPrice, DemandNo, TitleName) VALUES (1, 1, 'PO-77', ?, "
+                           "'17-10-001', 'CRESCENT TEXTILES', ?, ?, 'Pcs', ?, ?, 'PRESS')"),
+            {kDay, i[0], i[2], i[3], i[1]});
     }
 }
 
@@ -168,9 +168,10 @@ void TestInvoiceScreen::fromChallanToSavedInvoice()
     QCOMPARE(ledgerOf(db, InvoiceRules::kSalesCode), Money::fromUnits(-8775));
     QCOMPARE(db.scalar(QStringLiteral("SELECT PartyDesc FROM tblPartyBalance WHERE VoucherType = 'SV' ORDER BY SrNo"))
                  .toString(),
-             QStringLiteral("CASH, CREDIT, "));
-    QCOMPARE(TestDb::count(db, QStringLiteral("SELECT COUNT(*) FROM tblInvoice WHERE InvoiceNo = 1 AND ChallanNo = '5'")),
-             2);
+        QStringLiteral("CASH, CREDIT, "));
+    QCOMPARE(
+        TestDb::count(db, QStringLiteral("SELECT COUNT(*) FROM tblInvoice WHERE InvoiceNo = 1 AND ChallanNo = '5'")),
+        2);
     QCOMPARE(TestDb::count(db, QStringLiteral("SELECT COUNT(*) FROM tblInvoiceEmpty")), 0);
     QCOMPARE(f->txtInvoiceNo->text(), QStringLiteral("2"));
     QCOMPARE(f->txtNetAmount->text(), QStringLiteral("0"));
@@ -222,10 +223,11 @@ void TestInvoiceScreen::fromChallanToSavedInvoice()
     const Money net = Money::fromUnits(3600 + 612 + 60);
     QCOMPARE(ledgerOf(db, QStringLiteral("17-10-001")), net);
     QCOMPARE(db.scalarMoney(QStringLiteral("SELECT SUM(ValueIncludingTax) FROM tblInvoice WHERE InvoiceDate = ?"),
-                            {kDay.addDays(2)}),
-             std::optional<Money>(net));
-    QCOMPARE(TestDb::count(db, QStringLiteral("SELECT COUNT(*) FROM tblPartyBalance WHERE VDate = ?"), {kDay.addDays(2)}),
-             2);
+                 {kDay.addDays(2)}),
+        std::optional<Money>(net));
+    QCOMPARE(
+        TestDb::count(db, QStringLiteral("SELECT COUNT(*) FROM tblPartyBalance WHERE VDate = ?"), {kDay.addDays(2)}),
+        2);
 
     // Deleted after the question.
     f->txtShowInvoiceNo->setText(QStringLiteral("1"));
