@@ -271,6 +271,7 @@ void frmInvoice::startNew()
     m_mode = Mode::New;
     runSafely(this, [&] { m_lines.clear(db()); });
     setWindowTitle(QStringLiteral("SALES TAX INVOICE"));
+    setTitle(QStringLiteral("SALES TAX INVOICE"));
     txtInvoiceNo->setReadOnly(false);
     cmbTitleName->setEnabled(true);
     onOpened();
@@ -289,6 +290,7 @@ void frmInvoice::startModify()
     m_mode = Mode::Modify;
     runSafely(this, [&] { m_lines.clear(db()); });
     setWindowTitle(QStringLiteral("MODIFY SALES TAX INVOICE"));
+    setTitle(QStringLiteral("MODIFY SALES TAX INVOICE"));
     onOpened();
     mskDate->setDate(session().dateToday());
     mskDateModifyInvoice->setDate(session().dateToday());

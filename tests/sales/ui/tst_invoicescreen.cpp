@@ -182,6 +182,7 @@ void TestInvoiceScreen::fromChallanToSavedInvoice()
     f = host.open(QStringLiteral("mnuModifyInvoice"));
     QCOMPARE(f->windowTitle(), QStringLiteral("MODIFY SALES TAX INVOICE"));
     QVERIFY(f->frOuterInvoiceNo->isVisible());
+    ScreenKit::shoot(f, QStringLiteral("invoice-finder"));
     click(f->cmdInvoiceNoOkay);
     QCOMPARE(rec.last().text, kNoFinderNo);
     f->cmbModifyTitleName->setCurrentText(QStringLiteral("PRESS"));
