@@ -5,6 +5,7 @@
 #include "foundation/SessionConnection.h"
 #include "payroll/PayrollDemo.h"
 #include "stock/PurchaseDemo.h"
+#include "sales/InvoiceDemo.h"
 
 #include <QElapsedTimer>
 #include <QSet>
@@ -134,6 +135,7 @@ void DemoGenerator::addStandardParts()
     addPart(QStringLiteral("post-dated cheques"), &DemoGenerator::postDatedChequePart);
     addPart(QStringLiteral("payroll"), &PayrollDemo::part);
     addPart(QStringLiteral("purchases"), &purchaseDemoPart);
+    addPart(QStringLiteral("invoices"), &InvoiceDemo::invoicePart);
     addPart(QStringLiteral("account maintenance"), &AccountDemo::maintenancePart);
     addPart(QStringLiteral("vouchers"), &DemoGenerator::voucherPart);
 }
