@@ -1,7 +1,38 @@
+#include "admin/ui/frmUser.h"
+#include "admin/ui/frmUserList.h"
 #include "foundation/ui/MenuRouter.h"
+
+frmUser *openNewUser(MdiHost &host)
+{
+    auto *f = host.showScreen<frmUser>(QStringLiteral("frmUser"));
+    f->setHost(&host);
+    f->startNewUser();
+    return f;
+}
+
+frmUser *openUpdateUser(MdiHost &host)
+{
+    auto *f = host.showScreen<frmUser>(QStringLiteral("frmUser"));
+    f->setHost(&host);
+    f->startUpdateUser();
+    return f;
+}
+
+frmUser *openChangePassword(MdiHost &host)
+{
+    auto *f = host.showScreen<frmUser>(QStringLiteral("frmUser"));
+    f->setHost(&host);
+    f->startChangePassword();
+    return f;
+}
 
 // The menu entries of this subsystem and the screens they open.
 void registerAdminMenu(MenuRouter &router)
 {
-    Q_UNUSED(router);
+    router.on(QStringLiteral("mnuUNewUser"), [](MdiHost &host) { openNewUser(host); });
+    router.on(QStringLiteral("mnuUChangePassword"), [](MdiHost &host) { openChangePassword(host); });
+    router.on(QStringLiteral("mnuUUpdateUser"), [](MdiHost &host) { openUpdateUser(host); });
+    router.on(QStringLiteral("mnuUUserList"), [](MdiHost &host) {
+        host.showScreen<frmUserList>(QStringLiteral("frmUserList"));
+    });
 }
