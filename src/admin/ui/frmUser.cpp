@@ -99,6 +99,7 @@ frmUser::frmUser(QWidget *parent)
         g->addWidget(fieldLabel(FrameNewUser, QStringLiteral("lblUserType"), QStringLiteral("USER TYPE:")), 3, 0);
         g->addLayout(types, 3, 1);
         auto *buttons = new QHBoxLayout;
+        buttons->setSpacing(8);
         buttons->addStretch(1);
         for (QPushButton *b : {cmdNewUser, cmdUpdateUser, cmdCancel})
             buttons->addWidget(b);
@@ -131,6 +132,7 @@ frmUser::frmUser(QWidget *parent)
         g->addWidget(fieldLabel(FrameChangePassword, QStringLiteral("lblConfirmPassword"), QStringLiteral("CONFIRM PASSWORD:")), 4, 0);
         g->addWidget(txtConfirmPassword, 4, 1);
         auto *buttons = new QHBoxLayout;
+        buttons->setSpacing(8);
         buttons->addStretch(1);
         buttons->addWidget(cmdChangePassword);
         buttons->addWidget(cmdCancel1);

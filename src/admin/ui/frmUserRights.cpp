@@ -37,19 +37,21 @@ struct Place
 {
     QString caption;
     QString menu; // the top menu it stands under (itself for a top menu)
+    int order = 0; // its place in the menu tree
 };
 
 QHash<QString, Place> placesOfEntries()
 {
     QHash<QString, Place> out;
     QString top;
+    int order = 0;
     for (const MenuEntry &e : mainMenuTree()) {
         if (e.depth == 0)
             top = QString::fromLatin1(e.name);
-        out.insert(QString::fromLatin1(e.name), {QString::fromLatin1(e.caption).remove(QLatin1Char('&')), top});
+        out.insert(QString::fromLatin1(e.name), {QString::fromLatin1(e.caption).remove(QLatin1Char('&')), top, ++order});
     }
     for (const Stray &s : kStrays)
-        out.insert(QString::fromLatin1(s.name), {QString::fromLatin1(s.caption), QString::fromLatin1(s.menu)});
+        out.insert(QString::fromLatin1(s.name), {QString::fromLatin1(s.caption), QString::fromLatin1(s.menu), ++order});
     return out;
 }
 
@@ -67,7 +69,10 @@ frmUserRights::frmUserRights(QWidget *parent)
     lblRightsUser->setStyleSheet(QStringLiteral("font-weight: bold;"));
     tabMenu = new QTabWidget(this);
     tabMenu->setObjectName(QStringLiteral("tabMenu"));
-    addRow(QString(), tabMenu);
+    tabMenu->setUsesScrollButtons(false); // every menu's tab in sight
+    const int row = detailLayout()->rowCount();
+    detailLayout()->addWidget(tabMenu, row, 0, 1, -1);
+    detailLayout()->setRowStretch(row, 1);
 
     const QHash<QString, Place> places = placesOfEntries();
     // One tab per menu, in the menu bar's order; each box in its menu's tab.
@@ -86,8 +91,8 @@ frmUserRights::frmUserRights(QWidget *parent)
         grid->setVerticalSpacing(8);
         // The menu's own box first, then its entries in the menu's order.
         QStringList names = byMenu.value(menu);
-        std::stable_sort(names.begin(), names.end(), [&](const QString &a, const QString &b) {
-            return (a == menu) > (b == menu);
+        std::sort(names.begin(), names.end(), [&](const QString &a, const QString &b) {
+            return places.value(a).order < places.value(b).order;
         });
         for (int i = 0; i < names.size(); ++i) {
             const QString &name = names.at(i);
@@ -100,7 +105,6 @@ frmUserRights::frmUserRights(QWidget *parent)
         grid->setColumnStretch((names.size() - 1) / kRowsPerColumn + 1, 1);
         tabMenu->addTab(page, places.value(menu).caption);
     }
-    packFields();
 
     cmdUpdateUser = addButton(QStringLiteral("cmdUpdateUser"), QStringLiteral("&UPDATE"));
     cmdCancel = addButton(QStringLiteral("cmdCancel"), QStringLiteral("&CANCEL"));
