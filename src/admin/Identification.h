@@ -32,6 +32,12 @@ inline QString closingWarning()
                           "new but only view, so before defining date enter user name and password to define date of "
                           "System");
 }
+inline QString updateUserTitle() { return QStringLiteral("UPDATE USER"); }
+inline QString updateUserWarning()
+{
+    return QStringLiteral("Updation of user is a risk because some users may lost your important data, so before "
+                          "updation enter user name and password to update user of System");
+}
 } // namespace Texts
 
 // The objectName of the button's go-ahead on the gate.

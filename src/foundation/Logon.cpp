@@ -45,11 +45,16 @@ Result check(SessionConnection &db, const QString &typedUserName, const QString 
     }
 
     const auto row = db.selectOne(
-        QStringLiteral("SELECT UserName, Password, UserType FROM tblLogon WHERE UserName = ?"), {r.userName});
+        QStringLiteral("SELECT UserName, Password, UserType, Locked FROM tblLogon WHERE UserName = ?"), {r.userName});
     const QString stored = row ? row->text(QStringLiteral("Password")) : QString();
     if (!row)
         PasswordHash::burnVerifyTime(password);
     r.ok = row && PasswordHash::verify(password, stored);
+    if (r.ok && row->integer(QStringLiteral("Locked")) != 0) {
+        r.ok = false;
+        r.message = lockedMessage();
+        return r;
+    }
     if (!keepsCount) {
         if (r.ok)
             r.userType = row->text(QStringLiteral("UserType")).trimmed();
@@ -63,6 +68,7 @@ Result check(SessionConnection &db, const QString &typedUserName, const QString 
     if (r.ok) {
         r.userType = row->text(QStringLiteral("UserType")).trimmed();
         r.message.clear();
+        db.execute(QStringLiteral("UPDATE tblLogon SET LastLogOnAt = ? WHERE UserName = ?"), {nowMs, r.userName});
         if (PasswordHash::needsUpgrade(stored))
             db.execute(QStringLiteral("UPDATE tblLogon SET Password = ? WHERE UserName = ?"),
                        {PasswordHash::hash(password), r.userName});

@@ -11,6 +11,10 @@ namespace Logon {
 
 inline QString invalidMessage() { return QStringLiteral("Invalid user name or password"); }
 QString waitMessage(int waitMs);
+inline QString lockedMessage()
+{
+    return QStringLiteral("This user is locked, ask an administrator to unlock it.");
+}
 
 struct Result
 {
@@ -28,8 +32,11 @@ struct Result
 // Failed attempts are counted in the year per user name (known or not), so
 // that neither another window nor a restarted program starts the count
 // again: while a name must wait, it is refused without looking at the
-// password. A good log-on clears the count and stores the password again
-// when its hash was made with less work than a new one gets.
+// password. A good log-on clears the count, stamps the user's last log-on
+// and stores the password again when its hash was made with less work than
+// a new one gets. A locked user is refused after the password proved right
+// (so the words tell nothing to one who does not know it), and his failed
+// count is not raised.
 Result check(SessionConnection &db, const QString &typedUserName, const QString &password,
              const QDateTime &now = QDateTime::currentDateTimeUtc());
 

@@ -116,7 +116,10 @@ const QVector<Table> &tables()
                   {ID("SrNo"), withDefault(K("VoucherType"), "'ES'"), I("VoucherNo"), D("VDate"), K("EmployeeCode"),
                    K("EmployeeName"), M("EmployeeSalary"), N("OverTime"), N("Holidays"), N("OverDays"),
                    M("OTAmount"), M("TotalSalary"), M("Advance"), M("Balance"), K("UserName"), D("EntryDate")}});
-        t.append({QStringLiteral("tblLogon"), {K("UserName"), T("Password"), T("UserType")}});
+        // Locked: 1 keeps the user out without removing him; LastLogOnAt:
+        // the last good log-on (milliseconds since 1970, UTC), NULL for never.
+        t.append({QStringLiteral("tblLogon"),
+                  {K("UserName"), T("Password"), T("UserType"), withDefault(I("Locked"), "0"), I("LastLogOnAt")}});
         t.append({QStringLiteral("tblUserRights"), {K("USERNAME"), T("Menu")}});
         // Failed log-ons in a row per user name, and when the next attempt
         // may come (milliseconds since 1970, UTC).
@@ -187,6 +190,7 @@ const QVector<Index> &indexes()
         {QStringLiteral("uxItemCode"), QStringLiteral("tblItemCoding"), QStringLiteral("ItemCode"), true},
         {QStringLiteral("uxItemName"), QStringLiteral("tblItemCoding"), QStringLiteral("ItemName"), true},
         {QStringLiteral("uxLogonUser"), QStringLiteral("tblLogon"), QStringLiteral("UserName"), true},
+        {QStringLiteral("uxUserRightsUser"), QStringLiteral("tblUserRights"), QStringLiteral("USERNAME"), true},
         {QStringLiteral("uxLogonAttemptUser"), QStringLiteral("tblLogonAttempt"), QStringLiteral("UserName"), true},
         {QStringLiteral("uxTitleName"), QStringLiteral("tblTitleName"), QStringLiteral("TitleName"), true},
         {QStringLiteral("uxLetterheadTitle"), QStringLiteral("tblLetterhead"), QStringLiteral("TitleName"), true},

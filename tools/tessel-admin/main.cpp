@@ -1,4 +1,5 @@
 // tessel-admin: lists, creates, upgrades and removes account years.
+#include "admin/UserAccounts.h"
 #include "foundation/AccountYear.h"
 #include "foundation/CommandLine.h"
 #include "foundation/Schema.h"
@@ -8,6 +9,7 @@
 #include <QCommandLineParser>
 #include <QCoreApplication>
 #include <QTextStream>
+#include <functional>
 
 namespace {
 
@@ -67,6 +69,56 @@ int demoCommand(const ConnectionProfile &profile, const QString &name, const QSt
     return 0;
 }
 
+// users NAME: the users of a year, one a line.
+int usersCommand(const ConnectionProfile &profile, const QString &name)
+{
+    auto s = SessionConnection::open(profile, name);
+    QTextStream out(stdout);
+    for (const UserAccounts::User &u : UserAccounts::list(*s)) {
+        const QString last = u.lastLogOn.isValid()
+            ? u.lastLogOn.toLocalTime().toString(QStringLiteral("dd/MM/yyyy hh:mm"))
+            : QStringLiteral("never");
+        out << u.name.leftJustified(20) << " " << u.type.leftJustified(14) << " last log-on " << last
+            << (u.locked ? QStringLiteral("  locked") : QString()) << "\n";
+    }
+    return 0;
+}
+
+// user NAME add|passwd|lock|unlock USER: the same rules as the user
+// screens, given by an administrator.
+int userCommand(const ConnectionProfile &profile, const QString &name, const QString &action, const QString &user,
+                const QString &typeOption, const std::function<QString()> &password)
+{
+    const UserAccounts::Actor admin{QStringLiteral("tessel-admin"), UserAccounts::administrator()};
+    const QString who = user.trimmed().toUpper();
+    Outcome r;
+    if (action == QLatin1String("add")) {
+        QString type = typeOption.trimmed().toUpper();
+        if (type.isEmpty() || type == QLatin1String("COMMON") || type == UserAccounts::commonUser())
+            type = UserAccounts::commonUser();
+        else if (type == QLatin1String("ADMIN") || type == UserAccounts::administrator())
+            type = UserAccounts::administrator();
+        else
+            return fail(QStringLiteral("--type must be administrator or common."), 2);
+        const QString pass = password();
+        auto s = SessionConnection::open(profile, name);
+        r = UserAccounts::createUser(*s, admin, who, pass, type);
+    } else if (action == QLatin1String("passwd")) {
+        const QString pass = password();
+        auto s = SessionConnection::open(profile, name);
+        r = UserAccounts::changePassword(*s, admin, who, QString(), pass, pass);
+    } else if (action == QLatin1String("lock") || action == QLatin1String("unlock")) {
+        auto s = SessionConnection::open(profile, name);
+        r = UserAccounts::setLocked(*s, admin, who, action == QLatin1String("lock"));
+    } else {
+        return fail(QStringLiteral("unknown user action \"%1\": add, passwd, lock or unlock.").arg(action), 2);
+    }
+    if (!r.ok)
+        return fail(r.message, 1);
+    QTextStream(stdout) << who << ": " << r.message << ".\n";
+    return 0;
+}
+
 } // namespace
 
 int main(int argc, char **argv)
@@ -83,7 +135,12 @@ int main(int argc, char **argv)
         "  create NAME          a new account year with its fixed accounts and administrator\n"
         "  upgrade NAME         bring an older account year's schema up to date\n"
         "  drop NAME            remove an account year for good\n"
-        "  demo NAME            a new account year filled with demonstration accounts and vouchers"));
+        "  demo NAME            a new account year filled with demonstration accounts and vouchers\n"
+        "  users NAME           the users of an account year: type, last log-on, locked\n"
+        "  user NAME add USER   a new user (--type administrator|common, common when left out)\n"
+        "  user NAME passwd USER   sets a user's password\n"
+        "  user NAME lock USER  keeps a user from logging on; unlock lets him in again\n"
+        "The password of add and passwd is asked, or read from standard input with --password -."));
     parser.addHelpOption();
     parser.addVersionOption();
     QCommandLineOption profileOpt(QStringLiteral("profile"), QStringLiteral("Connection profile (default: the embedded store)."), QStringLiteral("name"));
@@ -95,14 +152,15 @@ int main(int argc, char **argv)
     QCommandLineOption yesOpt(QStringLiteral("yes"), QStringLiteral("Do not ask before dropping."));
     QCommandLineOption rowsOpt(QStringLiteral("rows"), QStringLiteral("Ledger rows a demo year aims at (default 400)."), QStringLiteral("n"), QStringLiteral("400"));
     QCommandLineOption seedOpt(QStringLiteral("seed"), QStringLiteral("Random seed of a demo year."), QStringLiteral("n"), QStringLiteral("2026"));
-    parser.addOptions({profileOpt, configOpt, userOpt, passwordOpt, closingOpt, companyOpt, yesOpt, rowsOpt, seedOpt});
-    parser.addPositionalArgument(QStringLiteral("command"), QStringLiteral("list, create, upgrade, drop or demo"));
+    QCommandLineOption typeOpt(QStringLiteral("type"), QStringLiteral("Type of a new user: administrator or common."), QStringLiteral("type"));
+    parser.addOptions({profileOpt, configOpt, userOpt, passwordOpt, closingOpt, companyOpt, yesOpt, rowsOpt, seedOpt, typeOpt});
+    parser.addPositionalArgument(QStringLiteral("command"), QStringLiteral("list, create, upgrade, drop, demo, users or user"));
     parser.addPositionalArgument(QStringLiteral("name"), QStringLiteral("Account-year name, beginning with Tessel"), QStringLiteral("[name]"));
     parser.process(app);
 
     const QStringList args = parser.positionalArguments();
     if (args.isEmpty())
-        return fail(QStringLiteral("a command is needed: list, create, upgrade, drop or demo (see --help)."), 2);
+        return fail(QStringLiteral("a command is needed: list, create, upgrade, drop, demo, users or user (see --help)."), 2);
     const QString command = args.at(0);
 
     ConnectionProfile profile;
@@ -124,6 +182,15 @@ int main(int argc, char **argv)
             return fail(QStringLiteral("\"%1\" is not an account-year name: it must begin with \"Tessel\" and hold "
                                        "only letters, digits and underscores.").arg(name), 2);
 
+        if (command == QLatin1String("users"))
+            return usersCommand(profile, name);
+        if (command == QLatin1String("user")) {
+            if (args.size() < 4)
+                return fail(QStringLiteral("user needs the account-year name, an action (add, passwd, lock, unlock) "
+                                           "and the user's name."), 2);
+            return userCommand(profile, name, args.at(2), args.at(3), parser.value(typeOpt),
+                               [&] { return passwordFrom(parser, passwordOpt, args.at(3).toUpper()); });
+        }
         if (command == QLatin1String("create")) {
             AccountYear::CreateOptions o;
             o.adminUser = parser.value(userOpt);

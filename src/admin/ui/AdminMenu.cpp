@@ -1,7 +1,32 @@
-#include "foundation/ui/MenuRouter.h"
-
 #include "admin/ui/frmClosingDate.h"
 #include "admin/ui/frmIdentification.h"
+#include "admin/ui/frmUser.h"
+#include "admin/ui/frmUserList.h"
+#include "foundation/ui/MenuRouter.h"
+
+frmUser *openNewUser(MdiHost &host)
+{
+    auto *f = host.showScreen<frmUser>(QStringLiteral("frmUser"));
+    f->setHost(&host);
+    f->startNewUser();
+    return f;
+}
+
+frmUser *openUpdateUser(MdiHost &host)
+{
+    auto *f = host.showScreen<frmUser>(QStringLiteral("frmUser"));
+    f->setHost(&host);
+    f->startUpdateUser();
+    return f;
+}
+
+frmUser *openChangePassword(MdiHost &host)
+{
+    auto *f = host.showScreen<frmUser>(QStringLiteral("frmUser"));
+    f->setHost(&host);
+    f->startChangePassword();
+    return f;
+}
 
 // The menu entries of this subsystem and the screens they open.
 void registerAdminMenu(MenuRouter &router)
@@ -11,5 +36,15 @@ void registerAdminMenu(MenuRouter &router)
                                 Identification::Texts::closingWarning(), [](MdiHost &h) {
                                     h.showScreen<frmClosingDate>(QStringLiteral("frmClosingDate"));
                                 });
+    });
+    router.on(QStringLiteral("mnuUNewUser"), [](MdiHost &host) { openNewUser(host); });
+    router.on(QStringLiteral("mnuUChangePassword"), [](MdiHost &host) { openChangePassword(host); });
+    // Updating a user asks an administrator's name and password again.
+    router.on(QStringLiteral("mnuUUpdateUser"), [](MdiHost &host) {
+        frmIdentification::open(host, GateButton::UpdateUser, Identification::Texts::updateUserTitle(),
+                                Identification::Texts::updateUserWarning(), [](MdiHost &h) { openUpdateUser(h); });
+    });
+    router.on(QStringLiteral("mnuUUserList"), [](MdiHost &host) {
+        host.showScreen<frmUserList>(QStringLiteral("frmUserList"));
     });
 }

@@ -123,6 +123,7 @@ const QVector<MenuEntry> &mainMenuTree()
         {1, "mnuUNewUser", "CREATE NEW USER"},
         {1, "mnuUChangePassword", "CHANGE PASSWORD"},
         {1, "mnuUUpdateUser", "UPDATE USER"},
+        {1, "mnuUUserList", "USER LIST"},
         {1, "mnuUClosingDate", "CLOSING DATE"},
         {1, "mnuEndYearProcessing", "END YEAR PROCESSING"},
 
@@ -152,4 +153,14 @@ const QVector<PanelEntry> &sidePanelEntries()
         {"lblHelp", "HELP", "mnuATessel"},
     };
     return panel;
+}
+
+const QVector<ScreenButtonEntry> &screenButtonEntries()
+{
+    static const QVector<ScreenButtonEntry> buttons = {
+        {"cmdAddParty", "mnuPPartyInfo"},
+        {"cmdAddCompany", "mnuPPartyInfo"},
+        {"cmdAddItem", "mnuEnterItemCoding"},
+    };
+    return buttons;
 }

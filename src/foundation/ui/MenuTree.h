@@ -24,3 +24,14 @@ struct PanelEntry
 };
 
 const QVector<PanelEntry> &sidePanelEntries();
+
+// Buttons inside screens that open the screen of a menu entry ("add an
+// account" on a voucher): a user without the entry finds such a button
+// switched off too, whichever screen it is on.
+struct ScreenButtonEntry
+{
+    const char *button;
+    const char *action;
+};
+
+const QVector<ScreenButtonEntry> &screenButtonEntries();

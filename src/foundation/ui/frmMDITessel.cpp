@@ -97,6 +97,8 @@ frmMDITessel::frmMDITessel(QWidget *parent)
 
     buildMenus();
     buildSidePanel();
+    for (const ScreenButtonEntry &b : screenButtonEntries())
+        m_buttonEntries.insert(QString::fromLatin1(b.button), QString::fromLatin1(b.action));
     resize(1200, 760);
     qApp->installEventFilter(this);
 }
@@ -126,6 +128,8 @@ QAbstractButton *frmMDITessel::screenButtonFor(const QKeyEvent *key) const
 // checks it runs on focus come before its command, as with the mouse.
 bool frmMDITessel::eventFilter(QObject *watched, QEvent *event)
 {
+    if (m_rightsApplied && (event->type() == QEvent::Show || event->type() == QEvent::EnabledChange))
+        guardScreenButton(watched);
     if (event->type() == QEvent::ShortcutOverride || event->type() == QEvent::KeyPress) {
         auto *key = static_cast<QKeyEvent *>(event);
         if (QAbstractButton *button = screenButtonFor(key)) {
@@ -292,8 +296,38 @@ void frmMDITessel::ApplyUserRights()
     if (!runSafely(this, [&] { names = Logon::disabledMenus(session().db(), session().currentUserName); }))
         return;
     for (const QString &name : names)
-        if (QAction *a = menuAction(name))
+        if (QAction *a = menuAction(name)) {
             a->setEnabled(false);
+            m_rightsApplied = true;
+        }
+    // An entry under a switched-off menu goes off as well, so that no key
+    // given to it later reaches it either.
+    for (QAction *a : std::as_const(m_actions))
+        if (a->isEnabled() && !isReachable(a))
+            a->setEnabled(false);
+    if (!m_rightsApplied)
+        return;
+    // Screens open at this moment (none after a log-on).
+    for (QMdiSubWindow *sub : m_area->subWindowList())
+        for (QAbstractButton *b : sub->findChildren<QAbstractButton *>())
+            guardScreenButton(b);
+}
+
+bool frmMDITessel::allowsEntry(const QString &objectName) const
+{
+    return isReachable(menuAction(objectName));
+}
+
+void frmMDITessel::guardScreenButton(QObject *watched) const
+{
+    if (!watched->isWidgetType())
+        return;
+    const auto entry = m_buttonEntries.constFind(watched->objectName());
+    if (entry == m_buttonEntries.constEnd())
+        return;
+    auto *button = qobject_cast<QAbstractButton *>(watched);
+    if (button && button->isEnabled() && !allowsEntry(*entry))
+        button->setEnabled(false);
 }
 
 void frmMDITessel::hideSidePanelLabels()

@@ -47,8 +47,13 @@ public:
     // message has been shown and the program is to end.
     bool load();
 
-    // Switches off the entries named in the user's rights.
+    // Switches off the entries named in the user's rights, with everything
+    // below a switched-off menu; the side panel's labels and the screens'
+    // buttons that open those entries follow (see allowsEntry).
     void ApplyUserRights();
+    // The one check of the rights below the menu: the entry exists and the
+    // user can reach it through the menu.
+    bool allowsEntry(const QString &objectName) const;
     // Hides the fifteen labels of the side panel (a common user).
     void hideSidePanelLabels();
 
@@ -70,6 +75,8 @@ protected:
 
 private:
     QAbstractButton *screenButtonFor(const QKeyEvent *key) const;
+    // Switches off a screen's button that opens an entry the user lacks.
+    void guardScreenButton(QObject *watched) const;
     void buildMenus();
     void buildSidePanel();
     void showAbout();
@@ -80,4 +87,6 @@ private:
     MenuRouter m_router;
     QHash<QString, QAction *> m_actions;
     QHash<const QAction *, QAction *> m_parentMenu; // entry -> its menu's action
+    QHash<QString, QString> m_buttonEntries;        // screen button -> the entry it opens
+    bool m_rightsApplied = false;                   // some entry is switched off
 };
