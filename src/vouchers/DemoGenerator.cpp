@@ -1,4 +1,5 @@
 #include "vouchers/DemoGenerator.h"
+#include "sales/JobPaperDemo.h"
 
 #include "foundation/Schema.h"
 #include "foundation/SessionConnection.h"
@@ -129,6 +130,7 @@ void DemoGenerator::addStandardParts()
     addPart(QStringLiteral("chart"), &DemoGenerator::chartPart);
     addPart(QStringLiteral("opening balances"), &DemoGenerator::openingBalancePart);
     addPart(QStringLiteral("post-dated cheques"), &DemoGenerator::postDatedChequePart);
+    addPart(QStringLiteral("job paperwork"), &jobPaperDemoPart);
     addPart(QStringLiteral("vouchers"), &DemoGenerator::voucherPart);
 }
 
