@@ -55,6 +55,14 @@ qint64 JobPaperScreen::recordAt(QTableView *grid, int row)
     return model->rawValue(row, 0).toLongLong();
 }
 
+void JobPaperScreen::showRows(QTableView *grid, const QueryResult &rows, const QStringList &captions)
+{
+    if (auto *model = qobject_cast<QueryTableModel *>(grid->model()))
+        model->setResult(rows, captions);
+    else
+        fillGrid(grid, rows, captions);
+}
+
 void JobPaperScreen::print(const Reports::ReportRequest &request)
 {
     Reports::showReport(this, request);

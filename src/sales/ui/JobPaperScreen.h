@@ -33,6 +33,9 @@ protected:
     static qint64 numberIn(const QLineEdit *field);
     // The value of the first column of the grid's row `row`, as a number.
     static qint64 recordAt(QTableView *grid, int row);
+    // Shows rows in a grid made by ScreenBuild::grid, keeping its column
+    // proportions.
+    static void showRows(QTableView *grid, const QueryResult &rows, const QStringList &captions);
     // Opens the viewer on the request (messages on failure).
     void print(const Reports::ReportRequest &request);
     // Shows the outcome of a save: the notice, then the confirmation.

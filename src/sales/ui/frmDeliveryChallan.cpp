@@ -136,7 +136,10 @@ void frmDeliveryChallan::wire()
         if (!m_quiet)
             runSafely(this, [&] { proposeNumber(); });
     });
-    onLeave(cmbTitleName, [this] { runSafely(this, [&] { proposeNumber(); }); });
+    onLeave(cmbTitleName, [this] {
+        if (cmbTitleName->currentText() != m_numberTitle)
+            runSafely(this, [&] { proposeNumber(); });
+    });
     connect(m_pick, &AccountPick::accountChanged, this, [this] {
         if (!m_quiet)
             partyChanged();
@@ -212,7 +215,8 @@ void frmDeliveryChallan::onOpened()
 
 void frmDeliveryChallan::proposeNumber()
 {
-    txtDeliveryChallanNo->setText(QString::number(DeliveryChallanRules::nextChallanNo(db(), cmbTitleName->currentText())));
+    m_numberTitle = cmbTitleName->currentText();
+    txtDeliveryChallanNo->setText(QString::number(DeliveryChallanRules::nextChallanNo(db(), m_numberTitle)));
     m_openChallan = 0;
     proposeRecordNo();
 }
@@ -224,7 +228,7 @@ void frmDeliveryChallan::proposeRecordNo()
 
 void frmDeliveryChallan::showChallanLines()
 {
-    fillGrid(dgDeliveryChallan,
+    showRows(dgDeliveryChallan,
              DeliveryChallanRules::challanGrid(db(), cmbTitleName->currentText(), numberIn(txtDeliveryChallanNo)),
              kGridCaptions);
 }
@@ -264,7 +268,7 @@ void frmDeliveryChallan::partyOrderLeft()
     // The order's items to pick from, and everything delivered against it.
     runSafely(this, [&] {
         loadOrderItems();
-        fillGrid(dgDeliveryChallan,
+        showRows(dgDeliveryChallan,
                  DeliveryChallanRules::deliveredGrid(db(), cmbTitleName->currentText(),
                                                      cmbPartyPONo->currentText().trimmed()),
                  kGridCaptions);

@@ -76,4 +76,5 @@ private:
 
     AccountPick *m_pick = nullptr;
     qint64 m_openChallan = 0;
+    QString m_numberTitle; // the title the number in txtDeliveryChallanNo was proposed for
 };

@@ -138,7 +138,10 @@ void frmPurchaseOrder::wire()
         if (!m_quiet)
             runSafely(this, [&] { proposeNumber(); });
     });
-    onLeave(cmbTitleName, [this] { runSafely(this, [&] { proposeNumber(); }); });
+    onLeave(cmbTitleName, [this] {
+        if (cmbTitleName->currentText() != m_numberTitle)
+            runSafely(this, [&] { proposeNumber(); });
+    });
     connect(chkDesc, &QCheckBox::toggled, this, [this] { loadDescriptionList(); });
     onLeave(cmbDesc, [this] { descriptionLeft(); });
     onLeave(txtPONo, [this] { orderNumberLeft(); });
@@ -207,7 +210,8 @@ void frmPurchaseOrder::onOpened()
 
 void frmPurchaseOrder::proposeNumber()
 {
-    txtPONo->setText(QString::number(PurchaseOrderRules::nextOrderNo(db(), cmbTitleName->currentText())));
+    m_numberTitle = cmbTitleName->currentText();
+    txtPONo->setText(QString::number(PurchaseOrderRules::nextOrderNo(db(), m_numberTitle)));
     m_openOrder = 0;
     proposeRecordNo();
 }
@@ -219,7 +223,7 @@ void frmPurchaseOrder::proposeRecordNo()
 
 void frmPurchaseOrder::showOrderLines()
 {
-    fillGrid(dg, PurchaseOrderRules::orderLines(db(), cmbTitleName->currentText(), numberIn(txtPONo)), kGridCaptions);
+    showRows(dg, PurchaseOrderRules::orderLines(db(), cmbTitleName->currentText(), numberIn(txtPONo)), kGridCaptions);
 }
 
 void frmPurchaseOrder::loadOrderDescriptions()
@@ -275,7 +279,7 @@ void frmPurchaseOrder::partyOrderLeft()
 {
     // Shows at once whether the party's number is on an order already.
     runSafely(this, [&] {
-        fillGrid(dg, PurchaseOrderRules::linesOfPartyOrder(db(), cmbTitleName->currentText(), txtPartyPONo->text()),
+        showRows(dg, PurchaseOrderRules::linesOfPartyOrder(db(), cmbTitleName->currentText(), txtPartyPONo->text()),
                  kGridCaptions);
     });
 }

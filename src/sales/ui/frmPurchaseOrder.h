@@ -79,4 +79,5 @@ private:
 
     AccountPick *m_pick = nullptr;
     qint64 m_openOrder = 0;
+    QString m_numberTitle; // the title the number in txtPONo was proposed for
 };

@@ -175,6 +175,10 @@ void TestJobPaperScreens::purchaseOrder()
     QCOMPARE(f->txtPONo->text(), QStringLiteral("1"));
     QCOMPARE(rows(f->dg), 2);
     ScreenKit::shoot(m_host.get(), QStringLiteral("purchase-order-") + backend);
+    // Passing over the title keeps the order being typed.
+    leave(f->cmbTitleName, f->cmbDesc);
+    QCOMPARE(f->txtPONo->text(), QStringLiteral("1"));
+    QCOMPARE(f->openOrder(), qint64(1));
 
     // A new order whose number another workstation takes meanwhile.
     f->cmdNew->click();
