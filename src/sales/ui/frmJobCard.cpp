@@ -313,6 +313,10 @@ bool frmJobCard::allowed(Command command)
     }
     if (!ValidateDate(mskDate))
         return false;
+    // The issue and order dates may stay blank, but not half typed.
+    for (MaskedLineEdit *d : {mskIssueDate, mskPODate})
+        if (!d->typedText().trimmed().isEmpty() && !ValidateDate(d))
+            return false;
     const Outcome o = JobCardRules::check(c, command);
     return o ? true : refuse(o);
 }
