@@ -180,6 +180,10 @@ void frmDeliveryChallan::setMode(Mode mode, const QString &title)
 void frmDeliveryChallan::startEnter()
 {
     setMode(Mode::Enter, QStringLiteral("DELIVERY CHALLAN"));
+    runSafely(this, [&] {
+        proposeNumber();
+        showChallanLines();
+    });
     cmbTitleName->setFocus();
 }
 
@@ -216,7 +220,8 @@ void frmDeliveryChallan::onOpened()
 void frmDeliveryChallan::proposeNumber()
 {
     m_numberTitle = cmbTitleName->currentText();
-    txtDeliveryChallanNo->setText(QString::number(DeliveryChallanRules::nextChallanNo(db(), m_numberTitle)));
+    m_proposedNo = QString::number(DeliveryChallanRules::nextChallanNo(db(), m_numberTitle));
+    txtDeliveryChallanNo->setText(m_proposedNo);
     m_openChallan = 0;
     proposeRecordNo();
 }
@@ -380,8 +385,10 @@ void frmDeliveryChallan::afterLineCommand()
 void frmDeliveryChallan::save()
 {
     const ChallanLine l = entered();
-    const auto numbering = m_mode == Mode::Enter && l.challanNo != m_openChallan ? JobPaper::Numbering::Proposed
-                                                                                 : JobPaper::Numbering::Existing;
+    // The proposed number of a new challan moves on when taken meanwhile; a
+    // number the clerk typed adds the line to that challan.
+    const bool proposed = l.challanNo != m_openChallan && txtDeliveryChallanNo->text().trimmed() == m_proposedNo;
+    const auto numbering = proposed ? JobPaper::Numbering::Proposed : JobPaper::Numbering::Existing;
     Outcome out;
     if (!runSafely(this, [&] {
             out = DeliveryChallanRules::saveLine(db(), l, numbering, session().dateToday());

@@ -76,5 +76,6 @@ private:
 
     AccountPick *m_pick = nullptr;
     qint64 m_openChallan = 0;
+    QString m_proposedNo;  // the number the screen last proposed
     QString m_numberTitle; // the title the number in txtDeliveryChallanNo was proposed for
 };

@@ -357,6 +357,8 @@ void frmPurchaseOrder::afterLineCommand()
 void frmPurchaseOrder::save()
 {
     const OrderLine l = entered();
+    // In enter mode the number is the screen's proposal (locked): a new
+    // order until its first item is saved. Modify mode adds to the typed order.
     const auto numbering = m_mode == Mode::Enter && l.poNo != m_openOrder ? JobPaper::Numbering::Proposed
                                                                            : JobPaper::Numbering::Existing;
     Outcome out;

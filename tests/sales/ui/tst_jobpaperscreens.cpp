@@ -406,6 +406,29 @@ void TestJobPaperScreens::deliveryChallan()
     lines = DeliveryChallanRules::lines(m_t->db(), kA, 1);
     QCOMPARE(lines.size(), 1);
     QCOMPARE(lines[0].description, QStringLiteral("LABEL 2X3"));
+
+    // A new challan whose proposed number another workstation takes
+    // meanwhile moves on; a number typed by the clerk takes the line.
+    m_host->open<frmDeliveryChallan>(QStringLiteral("mnuEnterDeliveryChallan"), QStringLiteral("frmDeliveryChallan"));
+    QCOMPARE(f->txtDeliveryChallanNo->text(), QStringLiteral("2"));
+    {
+        auto other = m_t->year.connect();
+        ChallanLine taken = lines[0];
+        taken.challanNo = 2;
+        QVERIFY(DeliveryChallanRules::saveLine(*other, taken, JobPaper::Numbering::Proposed, kDay).ok);
+    }
+    f->cmbDescSrNo->setCurrentIndex(2);
+    f->txtQuantity->setText(QStringLiteral("10"));
+    f->cmdSave->click();
+    QCOMPARE(rec.texts().mid(rec.count() - 2),
+             (QStringList{JobPaper::numberMoved(QStringLiteral("DeliveryChallan"), 2, 3), ChallanMsg::kSaved}));
+    QCOMPARE(f->txtDeliveryChallanNo->text(), QStringLiteral("3"));
+    f->txtDeliveryChallanNo->setText(QStringLiteral("1"));
+    f->txtQuantity->setText(QStringLiteral("11"));
+    f->cmdSave->click();
+    QCOMPARE(rec.last().text, ChallanMsg::kSaved);
+    QCOMPARE(DeliveryChallanRules::lines(m_t->db(), kA, 1).size(), 2);
+    QCOMPARE(DeliveryChallanRules::lines(m_t->db(), kA, 3).size(), 1);
 }
 
 QTEST_MAIN(TestJobPaperScreens)
