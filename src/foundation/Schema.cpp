@@ -98,6 +98,9 @@ const QVector<Table> &tables()
                    D("PoDate"), T("JobDetail"), T("Paper"), T("PaperSize"), T("Quantity"), T("CuttingSize"),
                    T("Printing"), T("Machine"), T("Design"), T("Positive"), T("Plate"), T("Die"), T("Bleach"),
                    T("Lamination"), T("Other"), T("Status"), K("UserName"), D("EntryDate")}});
+        // Every value ever typed in a press field of a job card (Field is
+        // the column's name), kept as cards are saved.
+        t.append({QStringLiteral("tblJobCardList"), {K("Field"), K("Value")}});
         t.append({QStringLiteral("tblItemCoding"),
                   {K("ItemCode"), K("ItemName"), M("CostRate"), M("SaleRate"), T("UnitType"), K("UserName"),
                    D("EntryDate")}});
@@ -187,6 +190,11 @@ const QVector<Index> &indexes()
         {QStringLiteral("ixPurchaseOrderNo"), QStringLiteral("tblPurchaseOrder"), QStringLiteral("TitleName, PONo"), false},
         {QStringLiteral("ixDeliveryChallanNo"), QStringLiteral("tblDeliveryChallan"), QStringLiteral("TitleName, DeliveryChallanNo"), false},
         {QStringLiteral("ixJobCardNo"), QStringLiteral("tblJobCard"), QStringLiteral("JobCardNo"), false},
+        {QStringLiteral("ixPurchaseOrderParty"), QStringLiteral("tblPurchaseOrder"), QStringLiteral("PartyCode, PartyPONo"), false},
+        {QStringLiteral("ixPurchaseOrderRecord"), QStringLiteral("tblPurchaseOrder"), QStringLiteral("RecordNo"), false},
+        {QStringLiteral("ixDeliveryChallanRecord"), QStringLiteral("tblDeliveryChallan"), QStringLiteral("RecordNo"), false},
+        {QStringLiteral("ixDeliveryChallanOrder"), QStringLiteral("tblDeliveryChallan"), QStringLiteral("PONo, TitleName"), false},
+        {QStringLiteral("uxJobCardList"), QStringLiteral("tblJobCardList"), QStringLiteral("Field, Value"), true},
         {QStringLiteral("uxItemCode"), QStringLiteral("tblItemCoding"), QStringLiteral("ItemCode"), true},
         {QStringLiteral("uxItemName"), QStringLiteral("tblItemCoding"), QStringLiteral("ItemName"), true},
         {QStringLiteral("uxLogonUser"), QStringLiteral("tblLogon"), QStringLiteral("UserName"), true},

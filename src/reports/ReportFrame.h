@@ -76,6 +76,9 @@ struct ReportRequest
     // The letterhead to print (the working title's); empty: the one stored
     // with the year in tblTLClientInfo.
     std::optional<Lookups::Letterhead> letterhead;
+    // The copy a document is ("ORIGINAL", "DUPLICATE"), printed under the
+    // heading; empty prints nothing.
+    QString copyCaption;
 
     // A period needs its end; a start alone is no period.
     bool hasPeriod() const { return to.isValid(); }

@@ -476,6 +476,7 @@ private:
             centred(m_r->heading, Title);
             y += 10;
         }
+        centred(m_r->request.copyCaption, BodyBold);
         centred(m_r->asAtText, BodyBold);
         centred(m_r->periodText, BodyBold);
         y += m_d->halfPage ? 30 : 60;

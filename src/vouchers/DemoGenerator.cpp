@@ -1,4 +1,5 @@
 #include "vouchers/DemoGenerator.h"
+#include "sales/JobPaperDemo.h"
 
 #include "accounts/AccountDemo.h"
 #include "foundation/Schema.h"
@@ -135,6 +136,7 @@ void DemoGenerator::addStandardParts()
     addPart(QStringLiteral("post-dated cheques"), &DemoGenerator::postDatedChequePart);
     addPart(QStringLiteral("payroll"), &PayrollDemo::part);
     addPart(QStringLiteral("purchases"), &purchaseDemoPart);
+    addPart(QStringLiteral("job paperwork"), &jobPaperDemoPart);
     addPart(QStringLiteral("invoices"), &InvoiceDemo::invoicePart);
     addPart(QStringLiteral("account maintenance"), &AccountDemo::maintenancePart);
     addPart(QStringLiteral("vouchers"), &DemoGenerator::voucherPart);
