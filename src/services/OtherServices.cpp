@@ -66,6 +66,21 @@ LedgerRow changedMarginRow(const OtherServiceEntry &e, Money oldMargin)
     return r;
 }
 
+Reports::ReportRequest registerRequest(const QDate &from, const QDate &to, const QString &fromText,
+                                       const QString &toText)
+{
+    Reports::ReportRequest req;
+    req.design = QStringLiteral("crOtherServicesRegister");
+    req.title = QStringLiteral("OTHER SERVICES REGISTER");
+    req.from = from;
+    req.to = to;
+    req.fromText = fromText;
+    req.toText = toText;
+    req.conditions << Reports::ReportCondition::atLeast(QStringLiteral("ServiceDate"), from)
+                   << Reports::ReportCondition::atMost(QStringLiteral("ServiceDate"), to);
+    return req;
+}
+
 } // namespace OtherServiceRules
 
 OtherServices::OtherServices(SessionConnection &db, const QString &userName, const QDate &today)

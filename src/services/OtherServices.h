@@ -2,6 +2,7 @@
 
 #include "foundation/Money.h"
 #include "foundation/Outcome.h"
+#include "reports/ReportFrame.h"
 #include "vouchers/LedgerWriter.h"
 
 #include <QDate>
@@ -58,6 +59,10 @@ QVector<LedgerRow> voucherRows(const OtherServiceEntry &entry);
 // form, PartyCR = D, even when D is now below 0; below 0 keeps the debit
 // form, PartyDR = -D). PartyBalance is -D either way.
 LedgerRow changedMarginRow(const OtherServiceEntry &entry, Money oldMargin);
+
+// "OTHER SERVICES REGISTER": the services dated from `from` to `to`.
+Reports::ReportRequest registerRequest(const QDate &from, const QDate &to, const QString &fromText = QString(),
+                                       const QString &toText = QString());
 } // namespace OtherServiceRules
 
 // Saves, changes and deletes other-services vouchers, each in one
