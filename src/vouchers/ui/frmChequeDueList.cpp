@@ -52,6 +52,7 @@ frmChequeDueList::frmChequeDueList(QWidget *parent) : BaseScreen(parent)
     dgBankTotals->setModel(m_totals);
     proportionalColumns(dgCheques, {600, 1100, 1500, 2800, 1000, 2200, 1000, 1500, 1200});
     proportionalColumns(dgBankTotals, {3000, 1000, 1800});
+    dgBankTotals->setMinimumWidth(560);
 
     auto *l = detailLayout();
     l->addWidget(chkShowPosted, 0, 0);
