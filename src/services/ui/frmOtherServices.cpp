@@ -3,6 +3,7 @@
 #include "accounts/ui/AccountPick.h"
 #include "foundation/DateRules.h"
 #include "foundation/Session.h"
+#include "foundation/ui/CarryOut.h"
 #include "foundation/ui/CommandGate.h"
 #include "foundation/ui/MaskedLineEdit.h"
 #include "foundation/ui/MessageService.h"
@@ -181,16 +182,8 @@ bool frmOtherServices::entryAllowed()
 
 void frmOtherServices::save()
 {
-    Outcome out;
-    if (!runSafely(this, [&] { out = rules().save(entry()); }))
+    if (!carryOut(this, [&] { return rules().save(entry()); }))
         return;
-    if (!out) {
-        refuse(out);
-        return;
-    }
-    if (!out.notice.isEmpty())
-        MessageService::information(this, out.notice);
-    MessageService::information(this, out.message);
     // The next voucher starts from this one's fields.
     proposeNumber();
     txtVoucherNo->setFocus();
@@ -222,14 +215,7 @@ void frmOtherServices::loadVoucher()
 
 void frmOtherServices::modify()
 {
-    Outcome out;
-    if (!runSafely(this, [&] { out = rules().modify(entry()); }))
-        return;
-    if (!out) {
-        refuse(out);
-        return;
-    }
-    MessageService::information(this, out.message);
+    carryOut(this, [&] { return rules().modify(entry()); });
 }
 
 void frmOtherServices::remove()
@@ -239,14 +225,8 @@ void frmOtherServices::remove()
         refuse(Outcome::refusal(OtherServicesMessages::kNoVoucherNo, QStringLiteral("txtVoucherNo")));
         return;
     }
-    Outcome out;
-    if (!runSafely(this, [&] { out = rules().remove(typed.toLongLong()); }))
+    if (!carryOut(this, [&] { return rules().remove(typed.toLongLong()); }))
         return;
-    if (!out) {
-        refuse(out);
-        return;
-    }
-    MessageService::information(this, out.message);
     txtVoucherNo->clear();
     clearFields();
     txtVoucherNo->setFocus();

@@ -1,6 +1,7 @@
 #include "vouchers/ui/frmChequeDueList.h"
 
 #include "foundation/Session.h"
+#include "foundation/ui/CarryOut.h"
 #include "foundation/ui/MenuRouter.h"
 #include "foundation/ui/MessageService.h"
 #include "foundation/ui/ScreenBuild.h"
@@ -154,13 +155,6 @@ void frmChequeDueList::bounce()
         return;
     if (!MessageService::askYesNo(this, ChequeMessages::kAskBounce))
         return;
-    Outcome o;
-    if (!runSafely(this, [&] { o = rules().bounce(no, session().dateToday()); }))
-        return;
-    if (!o) {
-        refuse(o);
-        return;
-    }
-    MessageService::information(this, o.message);
-    refresh();
+    if (carryOut(this, [&] { return rules().bounce(no, session().dateToday()); }))
+        refresh();
 }

@@ -4,6 +4,7 @@
 #include "accounts/ui/frmPartyInfo.h"
 #include "foundation/DateRules.h"
 #include "foundation/Session.h"
+#include "foundation/ui/CarryOut.h"
 #include "foundation/ui/CommandGate.h"
 #include "foundation/ui/MaskedLineEdit.h"
 #include "foundation/ui/MenuRouter.h"
@@ -202,16 +203,8 @@ bool frmPostDatedCheque::chequeAllowed()
 
 void frmPostDatedCheque::save()
 {
-    Outcome out;
-    if (!runSafely(this, [&] { out = rules().save(entry()); }))
+    if (!carryOut(this, [&] { return rules().save(entry()); }))
         return;
-    if (!out) {
-        refuse(out);
-        return;
-    }
-    if (!out.notice.isEmpty())
-        MessageService::information(this, out.notice);
-    MessageService::information(this, out.message);
     // The party, the dates and the bank stay for the next cheque.
     txtDesc->clear();
     txtChequeNo->clear();
@@ -249,14 +242,8 @@ void frmPostDatedCheque::loadCheque()
 
 void frmPostDatedCheque::modify()
 {
-    Outcome out;
-    if (!runSafely(this, [&] { out = rules().modify(entry()); }))
+    if (!carryOut(this, [&] { return rules().modify(entry()); }))
         return;
-    if (!out) {
-        refuse(out);
-        return;
-    }
-    MessageService::information(this, out.message);
     resetAfterChange();
     cmbPartyName->setFocus();
 }
@@ -268,14 +255,8 @@ void frmPostDatedCheque::remove()
         refuse(Outcome::refusal(ChequeMessages::kNoVoucherNo, QStringLiteral("txtVoucherNo")));
         return;
     }
-    Outcome out;
-    if (!runSafely(this, [&] { out = rules().remove(typed.toLongLong()); }))
+    if (!carryOut(this, [&] { return rules().remove(typed.toLongLong()); }))
         return;
-    if (!out) {
-        refuse(out);
-        return;
-    }
-    MessageService::information(this, out.message);
     resetAfterChange();
     cmbPartyName->setFocus();
 }
