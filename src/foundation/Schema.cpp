@@ -78,7 +78,11 @@ const QVector<Table> &tables()
         t.append({QStringLiteral("tblPostDatedCheque"),
                   {withDefault(K("VoucherType"), "'PD'"), I("VoucherNo"), K("PartyName"), K("PartyCode"), D("VDate"),
                    D("ChequeDate"), T("Description"), M("Amount"), K("BankName"), K("BankCode"), T("Status"),
-                   K("CareOf"), K("UserName"), D("EntryDate")}});
+                   K("CareOf"), K("UserName"), D("EntryDate"),
+                   // The cheque's own number at its bank, whether it came in or went
+                   // out, and the vouchers that cleared and bounced it.
+                   K("ChequeNo"), withDefault(K("ChequeKind"), "'RECEIVED'"), K("ClearedType"), I("ClearedNo"),
+                   D("ClearedDate"), I("BouncedNo"), D("BouncedDate")}});
         t.append({QStringLiteral("tblOtherServices"),
                   {withDefault(K("VoucherType"), "'OS'"), I("VoucherNo"), T("InvoiceNo"), K("PartyCode"),
                    K("PartyName"), D("ServiceDate"), T("Service"), M("ServiceAmount"), K("SupplierCode"),

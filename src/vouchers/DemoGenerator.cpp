@@ -7,6 +7,9 @@
 #include "payroll/PayrollDemo.h"
 #include "stock/PurchaseDemo.h"
 #include "sales/InvoiceDemo.h"
+#include "services/OtherServicesDemo.h"
+#include "vouchers/PostDatedCheque.h"
+#include "vouchers/VoucherPosting.h"
 
 #include <QElapsedTimer>
 #include <QSet>
@@ -134,6 +137,7 @@ void DemoGenerator::addStandardParts()
     addPart(QStringLiteral("chart"), &DemoGenerator::chartPart);
     addPart(QStringLiteral("opening balances"), &DemoGenerator::openingBalancePart);
     addPart(QStringLiteral("post-dated cheques"), &DemoGenerator::postDatedChequePart);
+    addPart(QStringLiteral("other services"), &otherServicesDemoPart);
     addPart(QStringLiteral("payroll"), &PayrollDemo::part);
     addPart(QStringLiteral("purchases"), &purchaseDemoPart);
     addPart(QStringLiteral("job paperwork"), &jobPaperDemoPart);
@@ -315,23 +319,56 @@ void DemoGenerator::openingBalancePart(DemoContext &c)
 
 void DemoGenerator::postDatedChequePart(DemoContext &c)
 {
-    if (c.chart.customers.isEmpty() || c.chart.banks.isEmpty())
+    if (c.chart.customers.isEmpty() || c.chart.suppliers.isEmpty() || c.chart.banks.isEmpty())
         return;
-    const int n = int(std::clamp<qint64>(c.options.rows / 5000, 8, 200));
-    qint64 no = c.db.scalar(QStringLiteral("SELECT MAX(VoucherNo) FROM tblPostDatedCheque")).toLongLong();
+    // Cheques go through the rules of the cheque screens and the due list:
+    // some still post dated (overdue or ahead), most cleared by their bank
+    // voucher, a few of those bounced.
+    c.flush();
+    const int n = int(std::clamp<qint64>(c.options.rows / 5000, 12, 200));
+    const QStringList purposes = {QStringLiteral("AGAINST BILL # %1"), QStringLiteral("ADVANCE FOR JOB # %1"),
+                                  QStringLiteral("PART PAYMENT BILL # %1")};
     for (int i = 0; i < n; ++i) {
-        const DemoAccount &party = c.pick(c.chart.customers);
+        const bool issued = i % 4 == 3;
+        const DemoAccount &party = issued ? c.pick(c.chart.suppliers) : c.pick(c.chart.customers);
         const DemoAccount &bank = c.chart.banks.at(c.rng.bounded(int(c.chart.banks.size())));
-        const QDate received = c.dateBetween(c.options.from, c.options.to);
-        const QDate chequeDate = received.addDays(c.rng.bounded(7, 60));
-        c.db.execute(QStringLiteral("INSERT INTO tblPostDatedCheque (VoucherType, VoucherNo, PartyName, PartyCode, VDate, "
-                                    "ChequeDate, Description, Amount, BankName, BankCode, Status, CareOf, UserName, "
-                                    "EntryDate) VALUES ('PD', ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, '', ?, ?)"),
-                     {++no, party.name, party.code, received, chequeDate,
-                      QStringLiteral("CHQ %1").arg(c.rng.bounded(100000, 999999)), c.amount(5000, 200000).toVariant(),
-                      bank.name, bank.code,
-                      chequeDate < c.options.to && c.rng.bounded(2) ? QStringLiteral("POSTED") : QStringLiteral("POST DATED"),
-                      c.options.userName, received});
+        PostDatedChequeEntry e;
+        e.vDate = c.dateBetween(c.options.from, c.options.to);
+        e.chequeDate = e.vDate.addDays(c.rng.bounded(7, 60));
+        e.partyCode = party.code;
+        e.partyName = party.name;
+        e.bankCode = bank.code;
+        e.bankName = bank.name;
+        e.kind = issued ? ChequeStatus::kIssued : ChequeStatus::kReceived;
+        e.chequeNo = QString::number(c.rng.bounded(100000, 999999));
+        e.description = QStringLiteral("CHQ # %1 ").arg(e.chequeNo)
+            + purposes.at(c.rng.bounded(int(purposes.size()))).arg(c.rng.bounded(1000, 9999));
+        e.amount = c.amount(5000, 200000);
+        PostDatedCheques cheques(c.db, c.options.userName, e.vDate);
+        e.voucherNo = cheques.nextNumber();
+        const Outcome saved = cheques.save(e);
+        if (!saved)
+            continue; // a cheque number met twice at a bank
+        // Cheques whose date has come are mostly cleared; every fifth of
+        // those comes back unpaid a few days later.
+        if (e.chequeDate > c.options.to || c.rng.bounded(5) == 0)
+            continue;
+        Voucher v;
+        if (!cheques.clearingVoucher(saved.number, e.chequeDate, &v))
+            continue;
+        const Outcome cleared = VoucherPosting(c.db, c.options.userName, e.chequeDate).post(v, NumberPolicy::Proposed);
+        if (!cleared)
+            continue;
+        c.ledgerRows += cleared.rowsWritten;
+        ++c.vouchers;
+        const QDate back = e.chequeDate.addDays(3);
+        if (back > c.options.to || c.rng.bounded(5) != 0)
+            continue;
+        const Outcome bounced = cheques.bounce(saved.number, back);
+        if (bounced) {
+            c.ledgerRows += bounced.rowsWritten;
+            ++c.vouchers;
+        }
     }
 }
 

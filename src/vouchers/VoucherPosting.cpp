@@ -1,19 +1,13 @@
 #include "vouchers/VoucherPosting.h"
 
 #include "foundation/SessionConnection.h"
+#include "vouchers/PostDatedCheque.h"
 #include "vouchers/PostingChecks.h"
 #include "vouchers/VoucherStaging.h"
 
 namespace {
 
 const QString kNumberField = QStringLiteral("txtVoucherNo");
-
-void setChequeStatus(SessionConnection &db, const QString &partyCode, const ChequeLink &c, const QString &status)
-{
-    db.execute(QStringLiteral("UPDATE tblPostDatedCheque SET Status = ? WHERE PartyCode = ? AND Description = ? "
-                              "AND VoucherNo = ?"),
-               {status, partyCode, c.description, c.voucherNo});
-}
 
 std::optional<qint64> cashRowSrNo(SessionConnection &db, const VoucherKey &key)
 {
@@ -32,13 +26,15 @@ VoucherPosting::VoucherPosting(SessionConnection &db, const QString &userName, c
 {
 }
 
-void VoucherPosting::settleCheques(const QVector<VoucherLine> &lines)
+void VoucherPosting::settleCheques(const VoucherKey &key, const QVector<VoucherLine> &lines)
 {
     for (const VoucherLine &l : lines) {
         if (!l.cheque)
             continue;
-        setChequeStatus(m_db, l.partyCode, *l.cheque,
-                        l.isLive() ? QStringLiteral("POSTED") : QStringLiteral("POST DATED"));
+        if (l.isLive())
+            PostDatedCheques::settle(m_db, key, l.partyCode, *l.cheque);
+        else
+            PostDatedCheques::giveBack(m_db, key, l.partyCode, *l.cheque);
     }
 }
 
@@ -62,7 +58,7 @@ Outcome VoucherPosting::postLocked(Voucher &v, NumberPolicy policy)
 
     const QVector<LedgerRow> rows = VoucherRules::postingRows(v);
     LedgerWriter(m_db, m_user, m_today).insertMany(rows);
-    settleCheques(v.lines);
+    settleCheques(v.key, v.lines);
 
     out.ok = true;
     out.message = VoucherMessages::kSaved;
@@ -143,7 +139,8 @@ Outcome VoucherPosting::saveModified(const VoucherKey &original, const VoucherKe
     writer.insertMany(inserts);
     writer.endBatch();
     out.rowsWritten += inserts.size();
-    settleCheques(all);
+    PostDatedCheques::voucherMoved(m_db, original, header);
+    settleCheques(header, all);
     staging.clear();
     tx.commit();
 
@@ -171,6 +168,7 @@ Outcome VoucherPosting::deleteVoucher(const VoucherKey &original)
     }
     if (VoucherRules::addsCashRow(original.type))
         out.rowsWritten += writer.removeAccountRows(original, Ledger::kCashCode);
+    PostDatedCheques::voucherRemoved(m_db, original);
     staging.clear();
     writer.removeZeroRows();
     writer.endBatch();

@@ -44,12 +44,13 @@ public:
 
     // Deletes the voucher that stood under `original` (the cash row with
     // it), then sweeps zero rows of every type but JV from the ledger.
-    // Empties staging.
+    // The cheques it cleared or bounced go back a step. Empties staging.
     Outcome deleteVoucher(const VoucherKey &original);
 
 private:
     Outcome postLocked(Voucher &voucher, NumberPolicy policy);
-    void settleCheques(const QVector<VoucherLine> &lines);
+    // The cheques the lines name follow the voucher (PostDatedCheques).
+    void settleCheques(const VoucherKey &key, const QVector<VoucherLine> &lines);
 
     SessionConnection &m_db;
     QString m_user;

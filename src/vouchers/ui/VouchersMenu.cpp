@@ -2,7 +2,12 @@
 #include "foundation/ui/MenuRouter.h"
 #include "foundation/ui/MessageService.h"
 #include "vouchers/VoucherStaging.h"
+#include "reports/ui/frmViewReport.h"
+#include "vouchers/ui/frmChequeDueList.h"
 #include "vouchers/ui/frmJournalVoucher.h"
+#include "vouchers/ui/frmPostDatedCheque.h"
+
+#include <QMainWindow>
 
 namespace {
 
@@ -31,6 +36,16 @@ void openVoucher(MdiHost &host, const QStringList &types, const QString &start)
 
 } // namespace
 
+frmJournalVoucher *openReadyVoucher(MdiHost &host, const Voucher &voucher)
+{
+    if (!mayRestart(host))
+        return nullptr;
+    session().voucherMode = QStringLiteral("NEW");
+    auto *f = host.showScreen<frmJournalVoucher>(QStringLiteral("frmJournalVoucher"));
+    f->loadReadyVoucher(voucher);
+    return f;
+}
+
 // The menu entries of this subsystem and the screens they open.
 void registerVouchersMenu(MenuRouter &router)
 {
@@ -52,5 +67,17 @@ void registerVouchersMenu(MenuRouter &router)
         session().voucherMode = QStringLiteral("MODIFY");
         auto *f = host.showScreen<frmJournalVoucher>(QStringLiteral("frmJournalVoucher"));
         f->startModify();
+    });
+    router.on(QStringLiteral("mnuPostDatedCheque"), [](MdiHost &host) {
+        host.showScreen<frmPostDatedCheque>(QStringLiteral("frmPostDatedCheque"));
+    });
+    router.on(QStringLiteral("mnuModifyPostDatedCheque"), [](MdiHost &host) {
+        host.showScreen<frmModifyPostDatedCheque>(QStringLiteral("frmModifyPostDatedCheque"));
+    });
+    router.on(QStringLiteral("mnuPrintPostDatedCheque"), [](MdiHost &host) {
+        Reports::ReportRequest req;
+        req.design = QStringLiteral("crPostDatedCheque");
+        req.title = QStringLiteral("POST DATED CHEQUE");
+        Reports::showReport(host.mainWindow(), req);
     });
 }

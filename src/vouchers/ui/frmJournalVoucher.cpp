@@ -261,6 +261,19 @@ void frmJournalVoucher::startModify()
 
 void frmJournalVoucher::onOpened() { loadLists(); }
 
+void frmJournalVoucher::loadReadyVoucher(const Voucher &voucher)
+{
+    startNew();
+    setVoucherTypes({voucher.key.type}, voucher.key.type);
+    mskDate->setDate(voucher.key.date);
+    runSafely(this, [&] {
+        for (const VoucherLine &l : voucher.lines)
+            m_lineSrNo = m_lines.add(db(), l);
+    });
+    refreshFigures();
+    txtVoucherNo->setFocus();
+}
+
 void frmJournalVoucher::loadLists()
 {
     runSafely(this, [&] {

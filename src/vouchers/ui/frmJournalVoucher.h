@@ -43,6 +43,9 @@ public:
     void startModify();
     // Window activation: the account list and the open cheques, fresh.
     void onOpened() override;
+    // A new voucher made elsewhere (a cheque's clearing), with its lines
+    // typed in, ready to check and save.
+    void loadReadyVoucher(const Voucher &voucher);
 
     Mode mode() const { return m_mode; }
     qint64 lineSrNo() const { return m_lineSrNo; }
@@ -143,3 +146,9 @@ private:
 
 // Prepares the screen for a new voucher (see frmJournalVoucher::startNew).
 void StartVoucherScreen(frmJournalVoucher *screen);
+
+class MdiHost;
+// Opens the voucher screen in `host` with `voucher` ready to save; asks
+// first when the open voucher screen has lines typed. Returns the screen,
+// or nullptr when the user kept the voucher in progress.
+frmJournalVoucher *openReadyVoucher(MdiHost &host, const Voucher &voucher);
