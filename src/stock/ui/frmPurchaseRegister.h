@@ -1,25 +1,16 @@
 #pragma once
 
-#include "foundation/ui/BaseScreen.h"
-
-class MaskedLineEdit;
-class QPushButton;
+#include "reports/ui/PeriodReportScreen.h"
 
 // "PURCHASE REGISTER": the bills of a period.
-class frmPurchaseRegister : public BaseScreen
+class frmPurchaseRegister : public PeriodReportScreen
 {
     Q_OBJECT
 public:
     explicit frmPurchaseRegister(QWidget *parent = nullptr);
 
-    // The period from the first open day to today.
-    void onOpened() override;
-
-    MaskedLineEdit *mskDateFrom = nullptr;
-    MaskedLineEdit *mskDateTo = nullptr;
     QPushButton *cmdSearch = nullptr;
-    QPushButton *cmdCancel = nullptr;
 
-private:
-    void search();
+protected:
+    std::optional<Reports::ReportRequest> request() override;
 };
