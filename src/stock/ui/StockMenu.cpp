@@ -1,9 +1,11 @@
 #include "foundation/ui/MenuRouter.h"
 
 void registerItemCodingMenu(MenuRouter &router);
+void registerConsumablesMenu(MenuRouter &router);
 
 // The menu entries of this subsystem and the screens they open.
 void registerStockMenu(MenuRouter &router)
 {
     registerItemCodingMenu(router);
+    registerConsumablesMenu(router);
 }
