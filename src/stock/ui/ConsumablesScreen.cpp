@@ -2,6 +2,7 @@
 
 #include "foundation/ui/CommandGate.h"
 #include "foundation/ui/MessageService.h"
+#include "foundation/ui/QueryTableModel.h"
 #include "foundation/ui/ScreenBuild.h"
 #include "foundation/ui/ScreenServices.h"
 
@@ -9,6 +10,7 @@
 #include <QHBoxLayout>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QTableView>
 
 using Consumables::Item;
 
@@ -88,4 +90,12 @@ bool ConsumablesScreen::showOutcome(const Outcome &outcome)
         return refuse(outcome);
     MessageService::information(this, outcome.message);
     return true;
+}
+
+void ConsumablesScreen::showRows(QTableView *grid, const QueryResult &rows, const QStringList &captions)
+{
+    if (auto *model = qobject_cast<QueryTableModel *>(grid->model()))
+        model->setResult(rows, captions);
+    else
+        fillGrid(grid, rows, captions);
 }

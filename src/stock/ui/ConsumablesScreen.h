@@ -9,6 +9,7 @@
 class QComboBox;
 class QPushButton;
 class QRadioButton;
+class QTableView;
 
 // What the consumables screens share: the four item options ("INK STOCK",
 // "BLANKET STOCK", "PLATE STOCK", "DEVELOPER STOCK") that choose the item
@@ -37,6 +38,8 @@ protected:
     virtual void itemChanged() {}
     // Fills a list and shows its first entry (or nothing).
     static void fillList(QComboBox *combo, const QStringList &entries);
+    // Fills a list grid made by ScreenBuild::grid, keeping its column widths.
+    static void showRows(QTableView *grid, const QueryResult &rows, const QStringList &captions);
     // Shows a rule's outcome: a refusal focused, or the success words.
     bool showOutcome(const Outcome &outcome);
 

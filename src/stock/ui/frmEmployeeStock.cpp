@@ -112,7 +112,7 @@ void frmEmployeeStock::showReceipts()
 {
     runSafely(this, [&] {
         const QueryResult rows = Consumables::receiptList(db(), item(), cmbBrandName->currentText(), cmbType->currentText());
-        fillGrid(dgStock, rows,
+        showRows(dgStock, rows,
                  {QStringLiteral("SR #"), QStringLiteral("DATE"), QStringLiteral("PARTY NAME"), QStringLiteral("UNITS"),
                   QStringLiteral("ISSUED"), QStringLiteral("IN HAND")});
     });

@@ -116,7 +116,7 @@ void frmEmployeeStockFinished::brandChanged()
 void frmEmployeeStockFinished::showHeld()
 {
     runSafely(this, [&] {
-        fillGrid(dgStock, EmployeeStock::heldBy(db(), m_pick->code(), item(), QDate(1900, 1, 1), QDate(9999, 12, 31)),
+        showRows(dgStock, EmployeeStock::heldBy(db(), m_pick->code(), item(), QDate(1900, 1, 1), QDate(9999, 12, 31)),
                  {QStringLiteral("BRAND NAME"), QStringLiteral("TYPE/COLOUR"), QStringLiteral("DATE"),
                   QStringLiteral("UNITS"), QStringLiteral("USED"), QStringLiteral("IN HAND")});
     });

@@ -85,6 +85,7 @@ frmStockModify::frmStockModify(QWidget *parent)
     fields.putFixed(1, 1, QStringLiteral("PARTY CODE"), txtPartyCode, 100);
     fields.putFixed(2, 0, QStringLiteral("UNIT"), txtUnits, 110);
     fields.putFixed(2, 1, QStringLiteral("UNIT PRICE"), txtUnitPrice, 140);
+    grid->setColumnStretch(6, 1);
     cmdModify = button(p, QStringLiteral("cmdModify"), QStringLiteral("&MODIFY"));
     cmdDelete = button(p, QStringLiteral("cmdDelete"), QStringLiteral("&DELETE"));
     cmdModifyStock = button(p, QStringLiteral("cmdModifyStock"), QStringLiteral("MODIFY &STOCK"));
@@ -167,7 +168,7 @@ void frmStockModify::rebindGrid()
 {
     runSafely(this, [&] {
         m_lines.ensureMirror(db());
-        fillGrid(dgVoucher, Consumables::stagedList(db()), kCaptions);
+        showRows(dgVoucher, Consumables::stagedList(db()), kCaptions);
     });
 }
 
@@ -184,7 +185,7 @@ void frmStockModify::clearFields()
 void frmStockModify::pickRow(int row)
 {
     const QModelIndex sr = dgVoucher->model()->index(row, 0);
-    const StagedReceipt *l = m_lines.find(dgVoucher->model()->data(sr, Qt::EditRole).toLongLong());
+    const StagedReceipt *l = m_lines.find(dgVoucher->model()->data(sr).toString().toLongLong());
     if (!l)
         return;
     m_selected = l->srNo;

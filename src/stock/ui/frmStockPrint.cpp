@@ -76,7 +76,7 @@ void frmStockPrint::itemChanged()
 {
     runSafely(this, [&] {
         fillList(cmbBrandName, Consumables::brands(db(), item()));
-        fillGrid(dgStockInHand, Consumables::stockInHand(db(), item()),
+        showRows(dgStockInHand, Consumables::stockInHand(db(), item()),
                  {QStringLiteral("BRAND NAME"), QStringLiteral("TYPE/COLOUR"), QStringLiteral("RECEIVED"),
                   QStringLiteral("ISSUED"), QStringLiteral("IN HAND"), QStringLiteral("VALUE")});
     });

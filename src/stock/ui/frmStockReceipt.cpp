@@ -122,7 +122,7 @@ void frmStockReceipt::brandChanged()
 void frmStockReceipt::showInHand()
 {
     runSafely(this, [&] {
-        fillGrid(dgStock, Consumables::stockInHand(db(), item()),
+        showRows(dgStock, Consumables::stockInHand(db(), item()),
                  {QStringLiteral("BRAND NAME"), QStringLiteral("TYPE/COLOUR"), QStringLiteral("RECEIVED"),
                   QStringLiteral("ISSUED"), QStringLiteral("IN HAND"), QStringLiteral("VALUE")});
     });

@@ -99,7 +99,7 @@ bool frmStockSearch::check()
 void frmStockSearch::showHeld()
 {
     runSafely(this, [&] {
-        fillGrid(dgStock,
+        showRows(dgStock,
                  EmployeeStock::heldBy(db(), m_pick->code(), item(), mskDateFromEmployee->date(),
                                        mskDateToEmployee->date()),
                  {QStringLiteral("BRAND NAME"), QStringLiteral("TYPE/COLOUR"), QStringLiteral("DATE"),
