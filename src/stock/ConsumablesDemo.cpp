@@ -60,10 +60,13 @@ QVector<DemoAccount> employees(DemoContext &c)
     return out;
 }
 
+// An employee's issue not yet used up, in the order its use is taken.
 struct Held
 {
-    QString employee;
+    QDate date;
+    qint64 srNo = 0;
     qint64 left = 0;
+    bool operator<(const Held &o) const { return date != o.date ? date < o.date : srNo < o.srNo; }
 };
 
 } // namespace
@@ -117,12 +120,14 @@ void consumablesDemoPart(DemoContext &c)
             req.employeeCode = who.code;
             req.unitsText = QString::number(units);
             req.dateText = DateRules::toMaskText(on);
-            mustPass(EmployeeStock::issue(c.db, req), QStringLiteral("issue"));
+            const Outcome issued = EmployeeStock::issue(c.db, req);
+            mustPass(issued, QStringLiteral("issue"));
             inHand[key] -= units;
-            held[key + QLatin1Char('|') + who.code].append({who.code, units});
+            QVector<Held> &rows = held[key + QLatin1Char('|') + who.code];
+            rows.append({on, issued.number, units});
+            std::sort(rows.begin(), rows.end());
 
             // The employee uses up part of the first of those units.
-            QVector<Held> &rows = held[key + QLatin1Char('|') + who.code];
             if (c.rng.bounded(2) == 0 && !rows.isEmpty()) {
                 const qint64 used = 1 + c.rng.bounded(int(rows.first().left));
                 EmployeeStock::FinishRequest f;

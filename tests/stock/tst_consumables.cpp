@@ -2,11 +2,13 @@
 // staging of the modify screen private to each workstation, and the stock
 // report and stock in hand against the rows.
 #include "stock/Consumables.h"
+#include "stock/ConsumablesDemo.h"
 #include "stock/EmployeeStock.h"
 #include "foundation/Lookups.h"
 #include "foundation/SessionConnection.h"
 #include "reports/ReportFrame.h"
 #include "support/TestDb.h"
+#include "vouchers/DemoGenerator.h"
 
 #include <QtTest>
 
@@ -75,6 +77,7 @@ private Q_SLOTS:
     void stagingIsPrivate();
     void stockReportEqualsRows_data() { TestDb::addBackends(); }
     void stockReportEqualsRows();
+    void demoYearHoldsConsumables();
 };
 
 void TestConsumables::receiptRefusals_data()
@@ -313,6 +316,36 @@ void TestConsumables::stockReportEqualsRows()
     const Row &cyan = hand.at(2);
     QCOMPARE(cyan.integer(QStringLiteral("InHand")), qint64(6));
     QCOMPARE(cyan.money(QStringLiteral("InHandValue"))->cents(), qint64(110373 * 4 + 100000 * 2));
+}
+
+// The demonstration year's receipts, issues and use, made through the rules,
+// add up: every unit issued is held by an employee, none over-drawn.
+void TestConsumables::demoYearHoldsConsumables()
+{
+    for (const quint32 seed : {2026u, 7u}) {
+        TestDb::Year year(QStringLiteral("sqlite"));
+        auto db = year.connect();
+        DemoOptions o;
+        o.rows = 30000;
+        o.seed = seed;
+        o.from = openDay(*db);
+        o.to = o.from.addDays(364);
+        DemoGenerator g(*db, o);
+        g.addPart(QStringLiteral("chart"), &DemoGenerator::chartPart);
+        g.addPart(QStringLiteral("consumables"), &consumablesDemoPart);
+        try {
+            g.run();
+        } catch (const DbError &e) {
+            QFAIL(qPrintable(e.driverText()));
+        }
+        QVERIFY(TestDb::count(*db, QStringLiteral("SELECT COUNT(*) FROM tblStock")) >= 100);
+        QCOMPARE(TestDb::count(*db, QStringLiteral("SELECT COUNT(DISTINCT Item) FROM tblStock")), 4);
+        QVERIFY(TestDb::count(*db, QStringLiteral("SELECT COUNT(*) FROM tblEmployeeStock WHERE Issue > 0")) > 0);
+        QCOMPARE(TestDb::count(*db, QStringLiteral("SELECT COUNT(*) FROM tblStock WHERE Issue > Units")), 0);
+        QCOMPARE(TestDb::count(*db, QStringLiteral("SELECT COUNT(*) FROM tblEmployeeStock WHERE Issue > Units")), 0);
+        QCOMPARE(db->scalar(QStringLiteral("SELECT SUM(Issue) FROM tblStock")).toLongLong(),
+                 db->scalar(QStringLiteral("SELECT SUM(Units) FROM tblEmployeeStock")).toLongLong());
+    }
 }
 
 QTEST_GUILESS_MAIN(TestConsumables)
