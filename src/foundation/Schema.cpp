@@ -38,8 +38,8 @@ QVector<Column> invoiceColumns()
 
 QVector<Column> stockColumns()
 {
-    return {ID("SrNo"), K("Item"), K("BrandName"), K("Type"), K("PartyCode"), K("PartyName"), N("Units"),
-            M("UnitPrice"), N("Issue"), D("VDate")};
+    return {ID("SrNo"), K("Item"), K("BrandName"), K("Type"), K("PartyCode"), K("PartyName"), I("Units"),
+            M("UnitPrice"), I("Issue"), D("VDate")};
 }
 
 // Staging rows carry the key the screen gives them, not an identity.
@@ -114,7 +114,7 @@ const QVector<Table> &tables()
                    M("Freight"), M("Amount"), K("PurchaseName"), K("UserName"), D("EntryDate"), M("SaleTax")}});
         t.append({QStringLiteral("tblStock"), stockColumns()});
         t.append({QStringLiteral("tblEmployeeStock"),
-                  {ID("SrNo"), K("Item"), K("BrandName"), K("Type"), K("PartyCode"), N("Units"), N("Issue"),
+                  {ID("SrNo"), K("Item"), K("BrandName"), K("Type"), K("PartyCode"), I("Units"), I("Issue"),
                    D("EntryDate")}});
         t.append({QStringLiteral("tblEmployeeInfo"),
                   {ID("SrNo"), K("EmployeeName"), K("EmployeeCode"), M("Salary"), D("InDate"), D("IncrementDate"),
@@ -155,7 +155,7 @@ const QVector<Table> &stagingTables()
         inv << K("Remarks");
         t.append({QStringLiteral("tblInvoiceEmpty"), inv});
         QVector<Column> st = asStaging(stockColumns());
-        st << D("StockDate") << K("StockDesc") << N("StockInHand");
+        st << D("StockDate") << K("StockDesc") << I("StockInHand");
         t.append({QStringLiteral("tblStockEmpty"), st});
         QVector<Column> mc{K("PartyCode"), K("PartyName")};
         for (const char *m : {"January", "February", "March", "April", "May", "June", "July", "August",
@@ -209,6 +209,11 @@ const QVector<Index> &indexes()
         {QStringLiteral("uxCareOfName"), QStringLiteral("tblCareOf"), QStringLiteral("Name"), true},
         {QStringLiteral("uxDBCRCode"), QStringLiteral("tblDBCR"), QStringLiteral("PartyCode"), true},
         {QStringLiteral("ixPostDatedChequeNo"), QStringLiteral("tblPostDatedCheque"), QStringLiteral("VoucherNo"), false},
+        // Consumables: the open receipts of an item, brand and type in the
+        // order they are issued from; what an employee holds.
+        {QStringLiteral("ixStockItem"), QStringLiteral("tblStock"), QStringLiteral("Item, BrandName, Type, VDate, SrNo"), false},
+        {QStringLiteral("ixEmployeeStockParty"), QStringLiteral("tblEmployeeStock"),
+         QStringLiteral("PartyCode, Item, BrandName, Type"), false},
         {QStringLiteral("ixPurchaseStockNo"), QStringLiteral("tblPurchaseStock"), QStringLiteral("VoucherNo"), false},
         {QStringLiteral("ixOtherServicesNo"), QStringLiteral("tblOtherServices"), QStringLiteral("VoucherNo"), false},
         {QStringLiteral("ixEmployeeSalaryNo"), QStringLiteral("tblEmployeeSalary"), QStringLiteral("VoucherNo"), false},

@@ -10,6 +10,7 @@
 #include "services/OtherServicesDemo.h"
 #include "vouchers/PostDatedCheque.h"
 #include "vouchers/VoucherPosting.h"
+#include "stock/ConsumablesDemo.h"
 
 #include <QElapsedTimer>
 #include <QSet>
@@ -65,7 +66,7 @@ struct Heading
 
 int DemoChart::accountCount() const
 {
-    return customers.size() + suppliers.size() + banks.size() + expenses.size() + incomes.size();
+    return customers.size() + suppliers.size() + banks.size() + expenses.size() + incomes.size() + employees.size();
 }
 
 DemoContext::DemoContext(SessionConnection &database, const DemoOptions &o)
@@ -139,6 +140,7 @@ void DemoGenerator::addStandardParts()
     addPart(QStringLiteral("post-dated cheques"), &DemoGenerator::postDatedChequePart);
     addPart(QStringLiteral("other services"), &otherServicesDemoPart);
     addPart(QStringLiteral("payroll"), &PayrollDemo::part);
+    addPart(QStringLiteral("consumables"), &consumablesDemoPart);
     addPart(QStringLiteral("purchases"), &purchaseDemoPart);
     addPart(QStringLiteral("job paperwork"), &jobPaperDemoPart);
     addPart(QStringLiteral("invoices"), &InvoiceDemo::invoicePart);
@@ -260,6 +262,20 @@ void DemoGenerator::chartPart(DemoContext &c)
         DemoAccount a{code(20, 10, 3 + i), unique(QString::fromLatin1(kIncomes[i]))};
         c.chart.incomes << a;
         all << a;
+    }
+
+    // Employees: accounts under 16-10-000, given the press's consumables.
+    {
+        static const char *const kEmployees[] = {"ASLAM PRESSMAN", "BASHIR PLATE MAKER", "DANIEL BINDER",
+                                                 "FARHAN MACHINE OPERATOR", "GEORGE CUTTER", "HAMID INK MIXER",
+                                                 "IMRAN PRESS HELPER", "JOSEPH DESIGNER"};
+        if (!c.db.scalar(QStringLiteral("SELECT COUNT(*) FROM tblPartyInfo WHERE PartyCode = '16-10-000'")).toLongLong())
+            all.append({code(16, 10, 0), unique(QStringLiteral("EMPLOYEES"))});
+        for (int i = 0; i < qBound(4, total / 40, 8); ++i) {
+            DemoAccount a{code(16, 10, i + 1), unique(QString::fromLatin1(kEmployees[i]))};
+            c.chart.employees << a;
+            all << a;
+        }
     }
 
     const QDate entry = c.options.from;

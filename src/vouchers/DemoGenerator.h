@@ -40,6 +40,7 @@ struct DemoChart
     QVector<DemoAccount> banks;      // 19-20-xxx
     QVector<DemoAccount> expenses;   // 21-xx-xxx
     QVector<DemoAccount> incomes;    // 20-10-0xx
+    QVector<DemoAccount> employees;  // 16-10-xxx
     int accountCount() const;
 };
 

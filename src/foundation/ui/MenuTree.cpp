@@ -96,6 +96,8 @@ const QVector<MenuEntry> &mainMenuTree()
         {1, "mnuModifyClosingStock", "MODIFY CLOSING STOCK"},
         {1, "mnuDeleteClosingStock", "DELETE CLOSING STOCK"},
         {1, "mnuViewPurchaseRegister", "VIEW PURCHASE REGISTER"},
+        {1, "mnuSEnterConsumables", "ENTER CONSUMABLE STOCK"},
+        {1, "mnuSModifyConsumables", "MODIFY CONSUMABLE STOCK"},
         {1, "mnuSEmployeeStock", "EMPLOYEE STOCK"},
         {1, "mnuSPrintStock", "VIEW STOCK"},
         {1, "mnuSEmployeeStockFinished", "EMPLOYEE STOCK FINISHED"},
