@@ -9,6 +9,7 @@
 #include "reports/PositionReports.h"
 #include "reports/ReportExport.h"
 #include "reports/ReportFrame.h"
+#include "vouchers/DemoGenerator.h"
 #include "vouchers/LedgerWriter.h"
 
 #include <QtTest>
@@ -62,20 +63,34 @@ private slots:
         QTest::addColumn<QString>("backend");
         QTest::addColumn<QDate>("from");
         QTest::addColumn<QDate>("to");
+        QTest::addColumn<bool>("demo");
         for (const char *b : {"sqlite", "postgres"}) {
             const QString backend = QString::fromLatin1(b);
-            QTest::newRow(qPrintable(backend + " february")) << backend << QDate(2026, 2, 1) << QDate(2026, 2, 28);
-            QTest::newRow(qPrintable(backend + " quarter")) << backend << QDate(2026, 1, 1) << QDate(2026, 3, 31);
-            QTest::newRow(qPrintable(backend + " one day")) << backend << QDate(2026, 1, 25) << QDate(2026, 1, 25);
+            QTest::newRow(qPrintable(backend + " february")) << backend << QDate(2026, 2, 1) << QDate(2026, 2, 28) << false;
+            QTest::newRow(qPrintable(backend + " quarter")) << backend << QDate(2026, 1, 1) << QDate(2026, 3, 31) << false;
+            QTest::newRow(qPrintable(backend + " one day")) << backend << QDate(2026, 1, 25) << QDate(2026, 1, 25) << false;
+            QTest::newRow(qPrintable(backend + " demo year, mid-month")) << backend << QDate(2026, 3, 17) << QDate(2026, 9, 12) << true;
         }
     }
     void positionEqualsTheLedger()
     {
         QFETCH(QDate, from);
         QFETCH(QDate, to);
+        QFETCH(bool, demo);
         TESSEL_YEAR(year);
         auto db = year.connect();
-        LedgerFixture::seedYear(*db);
+        if (demo) {
+            // A whole press's year, every kind of document made by its rules.
+            DemoOptions o;
+            o.rows = 4000;
+            o.from = QDate(2026, 1, 1);
+            o.to = QDate(2026, 12, 31);
+            DemoGenerator g(*db, o);
+            g.addStandardParts();
+            g.run();
+        } else {
+            LedgerFixture::seedYear(*db);
+        }
         const Period p = Period::of(from, to);
 
         const auto checkRows = [&](const Reports::RenderedReport &r, const QString &opening, const QString &debit,
