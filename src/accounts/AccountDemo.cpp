@@ -51,12 +51,27 @@ void maintenancePart(DemoContext &c)
     c.flush();
     const QDate opening = c.options.from;
 
-    // Two accounts brought in from elsewhere, balanced against each other.
+    // Two accounts brought in from elsewhere, balanced against each other:
+    // both or neither, under headings of their own.
     const Money amount = c.amount(5000, 90000);
+    for (const auto &heading : {qMakePair(QStringLiteral("18-90-000"), QStringLiteral("IMPORTED CUSTOMERS")),
+                                qMakePair(QStringLiteral("14-90-000"), QStringLiteral("IMPORTED SUPPLIERS"))}) {
+        if (c.db.selectOne(QStringLiteral("SELECT PartyCode FROM tblPartyInfo WHERE PartyCode = ?"), {heading.first}))
+            continue;
+        Accounts::NewAccount h;
+        h.code = heading.first;
+        h.name = heading.second;
+        h.saleTaxNo = QStringLiteral("__-__-____-___-__");
+        h.ntn = QStringLiteral("_______-_");
+        h.date = opening;
+        Accounts::createAccount(c.db, h, c.options.userName, opening);
+    }
     const DemoAccount customer{nextCode(c.db, QStringLiteral("18-90-")), QStringLiteral("IMPORTED CUSTOMER")};
     const DemoAccount supplier{nextCode(c.db, QStringLiteral("14-90-")), QStringLiteral("IMPORTED SUPPLIER")};
+    Transaction pair(c.db);
     if (bringIn(c, customer.code, customer.name, QStringLiteral("DR"), amount, opening)
         && bringIn(c, supplier.code, supplier.name, QStringLiteral("CR"), amount, opening)) {
+        pair.commit();
         c.chart.customers << customer;
         c.chart.suppliers << supplier;
         c.ledgerRows += 2;

@@ -76,7 +76,7 @@ void invoicePart(DemoContext &c)
             continue;
         const QString po = r.text(1);
         QVector<InvoiceLine> lines;
-        for (const InvoiceSources::ChallanLine &cl : InvoiceSources::challanLines(c.db, code, po, r.integer(2))) {
+        for (const InvoiceSources::ChallanLine &cl : InvoiceSources::challanLines(c.db, r.text(3).trimmed(), code, po, r.integer(2))) {
             InvoiceLine l;
             l.description = cl.description;
             l.invoiceDesc = cl.description;

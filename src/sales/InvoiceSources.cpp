@@ -14,22 +14,25 @@ QStringList partyOrders(SessionConnection &db, const QString &partyCode)
     return out;
 }
 
-QStringList challanNumbers(SessionConnection &db, const QString &partyCode, const QString &poNo)
+QStringList challanNumbers(SessionConnection &db, const QString &title, const QString &partyCode, const QString &poNo)
 {
     QStringList out;
     for (const Row &r : db.select(QStringLiteral("SELECT DISTINCT DeliveryChallanNo FROM tblDeliveryChallan "
-                                                 "WHERE PartyCode = ? AND PONo = ? ORDER BY DeliveryChallanNo"),
-             {partyCode, poNo}))
+                                                 "WHERE TitleName = ? AND PartyCode = ? AND PONo = ? "
+                                                 "ORDER BY DeliveryChallanNo"),
+             {title, partyCode, poNo}))
         out << QString::number(r.integer(0));
     return out;
 }
 
-QVector<ChallanLine> challanLines(
-    SessionConnection &db, const QString &partyCode, const QString &poNo, qint64 challanNo)
+QVector<ChallanLine> challanLines(SessionConnection &db, const QString &title, const QString &partyCode,
+                                  const QString &poNo, qint64 challanNo)
 {
+    // Challans are numbered per title: the title is part of the challan.
     QString sql = QStringLiteral("SELECT SrNo, DeliveryChallanNo, PONo, Description, DemandNo, Quantity, Type, "
-                                 "GateEntryNo FROM tblDeliveryChallan WHERE PartyCode = ? AND DeliveryChallanNo = ?");
-    QVariantList params{partyCode, challanNo};
+                                 "GateEntryNo FROM tblDeliveryChallan WHERE TitleName = ? AND PartyCode = ? "
+                                 "AND DeliveryChallanNo = ?");
+    QVariantList params{title, partyCode, challanNo};
     if (!poNo.isEmpty()) {
         sql += QStringLiteral(" AND PONo = ?");
         params << poNo;

@@ -25,12 +25,13 @@ struct ChallanLine
 
 // The customer's own order numbers (of purchase orders), each once.
 QStringList partyOrders(SessionConnection &db, const QString &partyCode);
-// The challan numbers made for a customer against one of its orders.
-QStringList challanNumbers(SessionConnection &db, const QString &partyCode, const QString &poNo);
-// The lines of a challan, in the order they were typed. An empty `poNo`
-// reads the challan whatever order it went against.
-QVector<ChallanLine> challanLines(
-    SessionConnection &db, const QString &partyCode, const QString &poNo, qint64 challanNo);
+// The challan numbers of a title made for a customer against one of its
+// orders.
+QStringList challanNumbers(SessionConnection &db, const QString &title, const QString &partyCode, const QString &poNo);
+// The lines of a title's challan, in the order they were typed. An empty
+// `poNo` reads the challan whatever order it went against.
+QVector<ChallanLine> challanLines(SessionConnection &db, const QString &title, const QString &partyCode,
+                                  const QString &poNo, qint64 challanNo);
 // The unit price of an item on the customer's order, when it has one.
 std::optional<QString> orderPrice(
     SessionConnection &db, const QString &partyCode, const QString &partyPONo, const QString &description);

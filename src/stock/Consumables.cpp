@@ -192,13 +192,23 @@ Outcome saveChanges(SessionConnection &db, Item item, const QString &brandRead, 
     const QString lockTail = db.isPostgres() ? QStringLiteral(" FOR UPDATE") : QString();
     for (const ReceiptEdit &e : edits) {
         const Receipt &r = e.receipt;
-        const auto stored = db.selectOne(QStringLiteral("SELECT Issue FROM tblStock WHERE SrNo = ? AND Item = ? "
+        const auto stored = db.selectOne(QStringLiteral("SELECT Issue, VDate FROM tblStock WHERE SrNo = ? AND Item = ? "
                                                         "AND BrandName = ? AND Type = ?")
                                              + lockTail,
                                          {r.srNo, itemWord(item), brandRead.trimmed(), typeRead.trimmed()});
         if (!stored)
             return Outcome::refusal(Msg::changedElsewhere());
+        // The closed period holds for the receipt's old date and its new one.
+        for (const QDate &d : {stored->date(QStringLiteral("VDate")), e.remove ? QDate() : r.date}) {
+            if (!d.isValid())
+                continue;
+            const DateRules::Closing closing = DateRules::checkClosing(d, Lookups::closingDate(db));
+            if (closing != DateRules::Closing::Open)
+                return Outcome::refusal(DateRules::messageFor(closing), QStringLiteral("mskDate"));
+        }
         if (e.remove) {
+            if (stored->integer(QStringLiteral("Issue")) > 0)
+                return Outcome::refusal(Msg::issuedCannotDelete());
             db.execute(QStringLiteral("DELETE FROM tblStock WHERE SrNo = ?"), {r.srNo});
         } else {
             Receipt now = r;

@@ -48,6 +48,11 @@ inline QString deleteQuestion() { return QStringLiteral("Are you sure you want t
 inline QString saved() { return QStringLiteral("Stock has saved successfully"); }
 // A receipt may not be cut below what has been issued from it.
 inline QString unitsBelowIssued() { return QStringLiteral("Units is less than units issued, please enter units"); }
+// A receipt some of which was issued cannot go: the issues stand on it.
+inline QString issuedCannotDelete()
+{
+    return QStringLiteral("Stock has been issued from this receipt, it can not be deleted");
+}
 // The receipt was changed or removed by another workstation meanwhile.
 inline QString changedElsewhere()
 {

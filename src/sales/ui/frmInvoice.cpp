@@ -352,7 +352,7 @@ void frmInvoice::loadOrders()
 void frmInvoice::loadChallans()
 {
     const QString po = cmbPartyPONo->currentText().trimmed();
-    runSafely(this, [&] { fillCombo(cmbChallanNo, InvoiceSources::challanNumbers(db(), m_pick->code(), po)); });
+    runSafely(this, [&] { fillCombo(cmbChallanNo, InvoiceSources::challanNumbers(db(), cmbTitleName->currentText().trimmed(), m_pick->code(), po)); });
     cmbChallanNo->setEditText(QString());
 }
 
@@ -376,7 +376,7 @@ void frmInvoice::loadItems()
         return;
     runSafely(this, [&] {
         m_challanLines = InvoiceSources::challanLines(
-            db(), m_pick->code(), cmbPartyPONo->currentText().trimmed(), challan.toLongLong());
+            db(), cmbTitleName->currentText().trimmed(), m_pick->code(), cmbPartyPONo->currentText().trimmed(), challan.toLongLong());
     });
     QStringList numbered, descriptions, demands;
     for (int i = 0; i < m_challanLines.size(); ++i) {
