@@ -237,6 +237,17 @@ void TestConsumables::changeNeverBelowIssued()
     r.issued = 0; // a stale copy of the receipt, read before the issue
     QCOMPARE(Consumables::saveChanges(*db, Item::Blanket, "DURAFLEX", "1.95 MM", {{r, false}}, Msg::modified()).message,
              Msg::unitsBelowIssued());
+    // Struck out with units issued from it: the issues stand on it.
+    QCOMPARE(Consumables::saveChanges(*db, Item::Blanket, "DURAFLEX", "1.95 MM", {{r, true}}, Msg::deleted()).message,
+             Msg::issuedCannotDelete());
+    // Moved into the closed period: refused, and so is any change once the
+    // period closes over it.
+    Receipt closed = r;
+    closed.units = 6;
+    closed.date = Lookups::closingDate(*db).value();
+    QCOMPARE(Consumables::saveChanges(*db, Item::Blanket, "DURAFLEX", "1.95 MM", {{closed, false}}, Msg::modified()).ok,
+             false);
+    QCOMPARE(TestDb::count(*db, QStringLiteral("SELECT COUNT(*) FROM tblStock WHERE SrNo = ? AND Units = 10"), {a}), 1);
     r.units = 6;
     QVERIFY(Consumables::saveChanges(*db, Item::Blanket, "DURAFLEX", "1.95 MM", {{r, false}}, Msg::modified()).ok);
     QCOMPARE(db->scalar(QStringLiteral("SELECT Units - Issue FROM tblStock WHERE SrNo = ?"), {a}).toLongLong(), qint64(0));

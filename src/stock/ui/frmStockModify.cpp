@@ -246,6 +246,8 @@ void frmStockModify::removeLine()
         return void(refuse(Outcome::refusal(Consumables::Msg::stockMissing(), QStringLiteral("dgVoucher"))));
     if (cmbPartyName->currentText().trimmed().isEmpty())
         return void(refuse(Outcome::refusal(Consumables::Msg::partyMissing(), QStringLiteral("cmbPartyName"))));
+    if (m_lines.find(m_selected)->receipt.issued > 0)
+        return void(refuse(Outcome::refusal(Consumables::Msg::issuedCannotDelete(), QStringLiteral("dgVoucher"))));
     if (!runSafely(this, [&] { m_lines.remove(db(), m_selected); }))
         return;
     m_selected = 0;

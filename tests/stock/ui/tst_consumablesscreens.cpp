@@ -385,21 +385,21 @@ void TestConsumablesScreens::modifyScreen()
     click(f->cmdModify);
     QCOMPARE(t.rec.texts(), QStringList{Consumables::Msg::modified()});
     t.rec.clear();
-    // The newer one is struck out.
+    // The newer one cannot be struck out: a unit of it was issued.
     QTest::mouseClick(f->dgVoucher->viewport(), Qt::LeftButton, {},
                       f->dgVoucher->visualRect(f->dgVoucher->model()->index(1, 1)).center());
     QCOMPARE(f->txtUnits->text(), QStringLiteral("4"));
     click(f->cmdDelete);
-    QCOMPARE(t.rec.texts(), QStringList{Consumables::Msg::deleted()});
-    QCOMPARE(f->dgVoucher->model()->rowCount(), 1);
+    QCOMPARE(t.rec.texts(), QStringList{Consumables::Msg::issuedCannotDelete()});
+    QCOMPARE(f->dgVoucher->model()->rowCount(), 2);
     // Nothing reached the receipts yet.
     QCOMPARE(issuedText(t.db()), QStringLiteral("5/5 4/1"));
     shoot(host.mdiArea()->activeSubWindow(), QStringLiteral("frmStockModify"));
     t.rec.clear();
     click(f->cmdModifyStock);
     QCOMPARE(t.rec.texts(), QStringList{Consumables::Msg::modified()});
-    QCOMPARE(issuedText(t.db()), QStringLiteral("8/5"));
-    const auto row = t.db().selectOne(QStringLiteral("SELECT UnitPrice, VDate FROM tblStock WHERE Type = 'CYAN'"));
+    QCOMPARE(issuedText(t.db()), QStringLiteral("8/5 4/1"));
+    const auto row = t.db().selectOne(QStringLiteral("SELECT UnitPrice, VDate FROM tblStock WHERE Type = 'CYAN' AND Units = 8"));
     QCOMPARE(row->money(0)->cents(), qint64(115050));
     QCOMPARE(row->date(1), QDate(2026, 2, 9));
     QCOMPARE(f->dgVoucher->model()->rowCount(), 0);
