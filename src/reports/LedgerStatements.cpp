@@ -21,9 +21,7 @@ Period Period::of(const QDate &from, const QDate &to)
     return {from, to, from.toString(QStringLiteral("dd/MM/yyyy")), to.toString(QStringLiteral("dd/MM/yyyy"))};
 }
 
-namespace {
-
-ReportRequest request(const QString &design, const QString &title, const QString &heading = QString())
+ReportRequest request(const QString &design, const QString &title, const QString &heading)
 {
     ReportRequest r;
     r.design = design;
@@ -40,16 +38,22 @@ void setPeriod(ReportRequest &r, const Period &p)
     r.toText = p.toText;
 }
 
+void codeRange(ReportRequest &r, const QString &from, const QString &to)
+{
+    r.conditions << ReportCondition::atLeast(QStringLiteral("PartyCode"), from)
+                 << ReportCondition::atMost(QStringLiteral("PartyCode"), to);
+}
+
+namespace {
+
 void partyRange(ReportRequest &r)
 {
-    r.conditions << ReportCondition::atLeast(QStringLiteral("PartyCode"), kPartiesFrom)
-                 << ReportCondition::atMost(QStringLiteral("PartyCode"), kPartiesTo);
+    codeRange(r, kPartiesFrom, kPartiesTo);
 }
 
 void balanceSheetRange(ReportRequest &r)
 {
-    r.conditions << ReportCondition::atLeast(QStringLiteral("PartyCode"), kBalanceSheetFrom)
-                 << ReportCondition::atMost(QStringLiteral("PartyCode"), kBalanceSheetTo);
+    codeRange(r, kBalanceSheetFrom, kBalanceSheetTo);
 }
 
 } // namespace

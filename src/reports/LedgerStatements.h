@@ -37,6 +37,13 @@ struct Period
     static Period of(const QDate &from, const QDate &to);
 };
 
+// The pieces every statement request is made of: the design with the
+// viewer's title and the printed heading (empty: the title), the period as
+// typed, and a range of account codes.
+Reports::ReportRequest request(const QString &design, const QString &title, const QString &heading = QString());
+void setPeriod(Reports::ReportRequest &r, const Period &p);
+void codeRange(Reports::ReportRequest &r, const QString &from, const QString &to);
+
 // The three reports of one account and the period ageing.
 enum class LedgerKind { Ledger, LedgerVoucherWise, LedgerWithSaleTax };
 Reports::ReportRequest ledger(LedgerKind kind, const QString &partyCode, const QString &partyName, const Period &p);

@@ -8,32 +8,9 @@ namespace PositionReports {
 using Reports::ReportCondition;
 using Reports::ReportRequest;
 
-namespace {
-
-ReportRequest request(const QString &design, const QString &title, const QString &heading = QString())
-{
-    ReportRequest r;
-    r.design = design;
-    r.title = title;
-    r.heading = heading;
-    return r;
-}
-
-void setPeriod(ReportRequest &r, const Period &p)
-{
-    r.from = p.from;
-    r.to = p.to;
-    r.fromText = p.fromText;
-    r.toText = p.toText;
-}
-
-void codeRange(ReportRequest &r, const QString &from, const QString &to)
-{
-    r.conditions << ReportCondition::atLeast(QStringLiteral("PartyCode"), from)
-                 << ReportCondition::atMost(QStringLiteral("PartyCode"), to);
-}
-
-} // namespace
+using LedgerStatements::codeRange;
+using LedgerStatements::request;
+using LedgerStatements::setPeriod;
 
 ReportRequest customersPosition()
 {
