@@ -1,5 +1,6 @@
 #include "accounts/AccountDemo.h"
 
+#include "foundation/Lookups.h"
 #include "accounts/AccountModification.h"
 #include "accounts/AccountRules.h"
 #include "accounts/OpeningBalance.h"
@@ -56,7 +57,7 @@ void maintenancePart(DemoContext &c)
     const Money amount = c.amount(5000, 90000);
     for (const auto &heading : {qMakePair(QStringLiteral("18-90-000"), QStringLiteral("IMPORTED CUSTOMERS")),
                                 qMakePair(QStringLiteral("14-90-000"), QStringLiteral("IMPORTED SUPPLIERS"))}) {
-        if (c.db.selectOne(QStringLiteral("SELECT PartyCode FROM tblPartyInfo WHERE PartyCode = ?"), {heading.first}))
+        if (Lookups::accountExists(c.db, heading.first))
             continue;
         Accounts::NewAccount h;
         h.code = heading.first;

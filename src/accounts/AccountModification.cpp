@@ -1,5 +1,6 @@
 #include "accounts/AccountModification.h"
 
+#include "foundation/Lookups.h"
 #include "accounts/OpeningBalance.h"
 #include "foundation/CodeMask.h"
 #include "foundation/SessionConnection.h"
@@ -40,7 +41,7 @@ std::pair<Money, Money> openingAmounts(SessionConnection &db, const Change &c)
 Outcome duplicateOf(SessionConnection &db, const Change &c, const QString &name)
 {
     if (trimmedKey(c.code) != trimmedKey(c.oldCode)
-        && db.selectOne(QStringLiteral("SELECT PartyCode FROM tblPartyInfo WHERE PartyCode = ?"), {c.code}))
+        && Lookups::accountExists(db, c.code))
         return Outcome::refusal(Msg::codeExists(), QStringLiteral("mskPartyCode"));
     if (trimmedKey(name) != trimmedKey(c.oldName)
         && db.selectOne(QStringLiteral("SELECT PartyName FROM tblPartyInfo WHERE PartyName = ?"), {name}))
@@ -110,7 +111,7 @@ std::optional<Change> load(SessionConnection &db, const QString &code)
 Outcome check(SessionConnection &db, const Change &c)
 {
     if (c.oldCode.trimmed().isEmpty()
-        || !db.selectOne(QStringLiteral("SELECT PartyCode FROM tblPartyInfo WHERE PartyCode = ?"), {c.oldCode}))
+        || !Lookups::accountExists(db, c.oldCode))
         return Outcome::refusal(Msg::noAccount(), QStringLiteral("cmbPartyName"));
     const QString name = c.name.trimmed();
     if (name.isEmpty())

@@ -32,7 +32,7 @@ Cleaned cleaned(const NewAccount &a)
 // the account already. The other workstation has committed by now.
 Outcome duplicateRefusal(SessionConnection &db, const NewAccount &a)
 {
-    if (db.selectOne(QStringLiteral("SELECT PartyCode FROM tblPartyInfo WHERE PartyCode = ?"), {a.code}))
+    if (Lookups::accountExists(db, a.code))
         return Outcome::refusal(Msg::codeExists(), QStringLiteral("mskPartyCode"));
     return Outcome::refusal(Msg::nameExists(), QStringLiteral("txtPartyName"));
 }
@@ -50,7 +50,7 @@ Outcome checkNewAccount(SessionConnection &db, const NewAccount &account)
         return Outcome::refusal(Msg::balanceMissing(), QStringLiteral("txtBalance"));
 
     // The code is looked at before the name.
-    if (db.selectOne(QStringLiteral("SELECT PartyCode FROM tblPartyInfo WHERE PartyCode = ?"), {account.code}))
+    if (Lookups::accountExists(db, account.code))
         return Outcome::refusal(Msg::codeExists(), QStringLiteral("mskPartyCode"));
     if (db.selectOne(QStringLiteral("SELECT PartyName FROM tblPartyInfo WHERE PartyName = ?"), {c.name}))
         return Outcome::refusal(Msg::nameExists(), QStringLiteral("txtPartyName"));

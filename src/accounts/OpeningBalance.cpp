@@ -30,7 +30,7 @@ Outcome checkEntry(SessionConnection &db, const Entry &e, const Fields &f, const
         return Outcome::refusal(codeMissing, f.code);
     if (!e.amount)
         return Outcome::refusal(Msg::balanceMissing(), f.amount);
-    if (!db.selectOne(QStringLiteral("SELECT PartyCode FROM tblPartyInfo WHERE PartyCode = ?"), {e.code}))
+    if (!Lookups::accountExists(db, e.code))
         return Outcome::refusal(Msg::codeNotFound(), f.code);
     const auto [debit, credit] = sides(e.side, *e.amount);
     return checkRow(db, e.code, e.date, debit, credit, f.date, f.amount);

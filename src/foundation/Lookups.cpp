@@ -20,6 +20,11 @@ std::optional<QString> nameFromCode(SessionConnection &db, const QString &partyC
     return row->text(0);
 }
 
+bool accountExists(SessionConnection &db, const QString &partyCode)
+{
+    return nameFromCode(db, partyCode).has_value();
+}
+
 bool partyNameExists(SessionConnection &db, const QString &partyName)
 {
     return db.selectOne(QStringLiteral("SELECT PartyName FROM tblPartyInfo WHERE PartyName = ?"), {partyName}).has_value();

@@ -17,6 +17,8 @@ namespace Lookups {
 std::optional<QString> codeFromName(SessionConnection &db, const QString &partyName);
 std::optional<QString> nameFromCode(SessionConnection &db, const QString &partyCode);
 bool partyNameExists(SessionConnection &db, const QString &partyName);
+// Whether the chart holds an account (or heading) of this code.
+bool accountExists(SessionConnection &db, const QString &partyCode);
 inline QString partyNotFoundMessage() { return QStringLiteral("Party name not found, please enter correct party name"); }
 
 // Max(VoucherNo)+1 of a voucher type in the ledger, 1 when it has none.

@@ -1,5 +1,6 @@
 #include "payroll/EmployeeRegister.h"
 
+#include "foundation/Lookups.h"
 #include "foundation/CodeMask.h"
 #include "foundation/DateRules.h"
 #include "foundation/SessionConnection.h"
@@ -62,7 +63,7 @@ Outcome checkEntry(SessionConnection &db, const Entry &entry)
         return Outcome::refusal(Msg::codeMissing(), QStringLiteral("mskPartyCode"));
     if (entry.salary.trimmed().isEmpty() || !Money::parse(entry.salary) || Money::parseOrZero(entry.salary).isNegative())
         return Outcome::refusal(Msg::salaryMissing(), QStringLiteral("txtSalary"));
-    if (!db.selectOne(QStringLiteral("SELECT PartyCode FROM tblPartyInfo WHERE PartyCode = ?"), {entry.code}))
+    if (!Lookups::accountExists(db, entry.code))
         return Outcome::refusal(Msg::codeNotFound(), QStringLiteral("mskPartyCode"));
     if (const Outcome d = checkDateField(entry.inDate, QStringLiteral("mskInDate")); !d)
         return d;

@@ -1,5 +1,6 @@
 #include "payroll/PayrollDemo.h"
 
+#include "foundation/Lookups.h"
 #include "accounts/AccountRules.h"
 #include "foundation/DateRules.h"
 #include "foundation/SessionConnection.h"
@@ -28,7 +29,7 @@ void throwIfRefused(const Outcome &o)
 
 Outcome createHeading(DemoContext &c, const QString &code, const QString &name)
 {
-    if (c.db.selectOne(QStringLiteral("SELECT PartyCode FROM tblPartyInfo WHERE PartyCode = ?"), {code}))
+    if (Lookups::accountExists(c.db, code))
         return Outcome::passed();
     Accounts::NewAccount a;
     a.code = code;

@@ -1,5 +1,6 @@
 #include "sales/JobPaper.h"
 
+#include "foundation/Lookups.h"
 #include "foundation/SessionConnection.h"
 #include "vouchers/Ledger.h"
 
@@ -41,7 +42,7 @@ bool isDocumentParty(SessionConnection &db, const QString &partyCode)
     const QString code = partyCode.trimmed();
     if (code.isEmpty() || code.endsWith(QStringLiteral("-000")) || code == Ledger::kCashCode)
         return false;
-    return db.selectOne(QStringLiteral("SELECT PartyCode FROM tblPartyInfo WHERE PartyCode = ?"), {code}).has_value();
+    return Lookups::accountExists(db, code);
 }
 
 std::optional<Money> parseFigure(const QString &t)

@@ -37,8 +37,7 @@ bool isPostingAccount(SessionConnection &db, const QString &code)
 {
     if (code.trimmed().isEmpty() || code.trimmed().endsWith(QLatin1String("-000")))
         return false;
-    return db.selectOne(QStringLiteral("SELECT PartyCode FROM tblPartyInfo WHERE PartyCode = ?"), {code.trimmed()})
-        .has_value();
+    return Lookups::accountExists(db, code.trimmed());
 }
 
 } // namespace
