@@ -46,11 +46,11 @@ Line line(const QString &desc, const QString &weight, const QString &qty, const 
 }
 
 // "qty x rate; qty x rate" as lines of the bill.
-QVector<Line> parseLines(const QString &spec)
+QVector<Line> parseLines(const QString &written)
 {
     QVector<Line> out;
     int i = 0;
-    for (const QString &part : spec.split(QLatin1Char(';'), Qt::SkipEmptyParts)) {
+    for (const QString &part : written.split(QLatin1Char(';'), Qt::SkipEmptyParts)) {
         const QStringList qr = part.split(QLatin1Char('x'));
         ++i;
         out << line(QStringLiteral("ITEM%1").arg(i), QStringLiteral("W%1").arg(i), qr.at(0).trimmed(),

@@ -13,6 +13,11 @@
 #include <QLineEdit>
 #include <QTableView>
 
+bool askCloseQuestion(QWidget *screen, bool linesTyped, const QString &question)
+{
+    return !linesTyped || MessageService::askYesNoCritical(screen, question);
+}
+
 bool runSafely(QWidget *parent, const std::function<void()> &work)
 {
     try {

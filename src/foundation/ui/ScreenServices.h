@@ -1,5 +1,7 @@
 #pragma once
 
+#include "foundation/LineStaging.h"
+
 #include <QDate>
 #include <QString>
 #include <functional>
@@ -21,6 +23,19 @@ class QueryTableModel;
 // Runs `work`; when the database refuses a statement, shows its reason as
 // a critical message and returns false. The screen stays as it was.
 bool runSafely(QWidget *parent, const std::function<void()> &work);
+
+// Whether a document screen may close: with lines typed it asks `question`
+// first (No keeps the screen and its lines). Closing empties this
+// workstation's staging of the lines.
+bool askCloseQuestion(QWidget *screen, bool linesTyped, const QString &question);
+template <typename Line>
+bool mayCloseDocument(QWidget *screen, SessionConnection &db, StagedLines<Line> &lines, const QString &question)
+{
+    if (!askCloseQuestion(screen, !lines.all().isEmpty(), question))
+        return false;
+    runSafely(screen, [&] { lines.clear(db); });
+    return true;
+}
 
 // Text of a line edit or combo, and writing it.
 QString fieldText(const QWidget *field);

@@ -653,10 +653,8 @@ void frmJournalVoucher::loadVoucher()
 
 void frmJournalVoucher::closeEvent(QCloseEvent *event)
 {
-    if (!m_lines.all().isEmpty() && !MessageService::askYesNoCritical(this, kCloseQuestion)) {
+    if (mayCloseDocument(this, db(), m_lines, kCloseQuestion))
+        event->accept();
+    else
         event->ignore();
-        return;
-    }
-    runSafely(this, [&] { m_lines.clear(db()); });
-    event->accept();
 }
