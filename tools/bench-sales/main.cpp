@@ -19,7 +19,7 @@
 #include "vouchers/DemoGenerator.h"
 
 #include <QCommandLineParser>
-#include <QCoreApplication>
+#include <QGuiApplication>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFileInfo>
@@ -88,7 +88,10 @@ void makeInvoices(SessionConnection &db, int count, const QDate &from, const QDa
 
 int main(int argc, char **argv)
 {
-    QCoreApplication app(argc, argv);
+    // Pages are laid out with fonts: a GUI application, drawn off screen.
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    QGuiApplication app(argc, argv);
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral("The sale register of a year to PDF."));
     parser.addHelpOption();
