@@ -248,6 +248,22 @@ void TestSalesReports::orderBook()
     QCOMPARE(render(*db, b.request).rows.size(), 0);
     b = partyPO(PartyPOSearch::ByDate, kCrescent, Period::of(QDate(2026, 3, 6), QDate(2026, 3, 31)), {}, {}, kPress);
     QCOMPARE(render(*db, b.request).rows.size(), 1); // LEAFLET, first delivered on 08/03
+    // An order line opens the challan lines that delivered it.
+    b = partyPO(PartyPOSearch::ByPONo, kCrescent, kMarch, QStringLiteral("KP-1"), QStringLiteral("KP-1"), kPress);
+    const Reports::RenderedReport book = render(*db, b.request);
+    int carton = -1;
+    for (int i = 0; i < book.lines.size() && carton < 0; ++i)
+        if (book.lines.at(i).kind == Reports::ReportLine::Kind::Detail
+            && book.rows.rows.at(book.lines.at(i).sourceRow).text(QStringLiteral("Description")) == QLatin1String("CARTON"))
+            carton = i;
+    QVERIFY(carton >= 0);
+    const auto deliveries = book.drillDown(carton);
+    QVERIFY(deliveries);
+    QCOMPARE(deliveries->design, QStringLiteral("crDeliveryChallanSummary"));
+    const Reports::RenderedReport sent = render(*db, *deliveries);
+    QCOMPARE(sent.rows.size(), 2);
+    QCOMPARE(columnTotal(sent, QStringLiteral("Quantity")), qty(900));
+
     // No party: the order book of every party of the title.
     b = partyPO(PartyPOSearch::ByDate, QString(), kMarch, {}, {}, kPackaging);
     QCOMPARE(b.request.design, QStringLiteral("crPoDcStatus"));
