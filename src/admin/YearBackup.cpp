@@ -695,8 +695,11 @@ void restoreYear(const ConnectionProfile &profile, const QString &file, const QS
     checkBackupSource(profile, file);
     const QString what = QStringLiteral("Restoring %1").arg(to);
     if (profile.isEmbedded()) {
-        if (!QDir(profile.dataDir).exists() && !QDir().mkpath(profile.dataDir))
-            throw Error(QStringLiteral("The data folder %1 cannot be made.").arg(native(profile.dataDir)));
+        if (!QDir(profile.dataDir).exists()) {
+            if (!QDir().mkpath(profile.dataDir))
+                throw Error(QStringLiteral("The data folder %1 cannot be made.").arg(native(profile.dataDir)));
+            QFile::setPermissions(profile.dataDir, QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
+        }
         const QString target = yearFile(profile, to);
         const bool replacing = QFileInfo::exists(target);
         if (replacing && !replaceYear)
