@@ -1,5 +1,6 @@
 // tessel-admin: lists, creates, upgrades and removes account years.
 #include "admin/UserAccounts.h"
+#include "admin/YearBackup.h"
 #include "foundation/AccountYear.h"
 #include "foundation/CommandLine.h"
 #include "foundation/Schema.h"
@@ -8,8 +9,10 @@
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
+#include <QFileInfo>
 #include <QTextStream>
 #include <functional>
+#include <memory>
 
 namespace {
 
@@ -119,6 +122,50 @@ int userCommand(const ConnectionProfile &profile, const QString &name, const QSt
     return 0;
 }
 
+// The progress of a long copy on standard error, every tenth.
+YearBackup::Progress progressOnStderr()
+{
+    auto shown = std::make_shared<int>(-1);
+    return [shown](int percent, const QString &) {
+        if (percent / 10 == *shown / 10 && percent != 100)
+            return;
+        if (percent == 100 && *shown == 100)
+            return;
+        *shown = percent;
+        QTextStream(stderr) << percent << "%" << (percent == 100 ? "\n" : " ") << Qt::flush;
+    };
+}
+
+// backup NAME --out FILE: the year into a backup file.
+int backupCommand(const ConnectionProfile &profile, const QString &name, const QString &file, bool replace)
+{
+    if (file.isEmpty())
+        return fail(YearBackup::cancelledMessage() + QStringLiteral(": --out FILE names the backup file."), 2);
+    if (QFileInfo::exists(file) && !replace)
+        return fail(QStringLiteral("The file %1 already exists (--yes replaces it).").arg(file), 1);
+    YearBackup::backupYear(profile, name, file, replace, QString(), progressOnStderr());
+    QTextStream(stdout) << YearBackup::completedMessage() << ": " << name << " into " << file << ".\n";
+    return 0;
+}
+
+// restore NAME --from FILE: a backup file into the year NAME. An existing
+// year is replaced only when its name is typed again (or with --yes).
+int restoreCommand(const ConnectionProfile &profile, const QString &name, const QString &file, bool yes)
+{
+    if (file.isEmpty())
+        return fail(QStringLiteral("restore needs the backup file: --from FILE."), 2);
+    const bool exists = YearBackup::yearExists(profile, name);
+    if (exists && !yes) {
+        const QString answer = CommandLine::promptPassword(
+            QStringLiteral("%1\nType the name %2 to replace it: ").arg(YearBackup::replaceQuestion(name), name));
+        if (answer.trimmed() != name)
+            return fail(QStringLiteral("nothing was restored."), 1);
+    }
+    YearBackup::restoreYear(profile, file, name, exists, QString(), progressOnStderr());
+    QTextStream(stdout) << YearBackup::restoredMessage(name) << "\n";
+    return 0;
+}
+
 } // namespace
 
 int main(int argc, char **argv)
@@ -135,6 +182,8 @@ int main(int argc, char **argv)
         "  create NAME          a new account year with its fixed accounts and administrator\n"
         "  upgrade NAME         bring an older account year's schema up to date\n"
         "  drop NAME            remove an account year for good\n"
+        "  backup NAME --out FILE      a full backup of an account year into FILE (--yes replaces a file)\n"
+        "  restore NAME --from FILE    the backup FILE made into the account year NAME\n"
         "  demo NAME            a new account year filled with demonstration accounts and vouchers\n"
         "  users NAME           the users of an account year: type, last log-on, locked\n"
         "  user NAME add USER   a new user (--type administrator|common, common when left out)\n"
@@ -154,6 +203,9 @@ int main(int argc, char **argv)
     QCommandLineOption seedOpt(QStringLiteral("seed"), QStringLiteral("Random seed of a demo year."), QStringLiteral("n"), QStringLiteral("2026"));
     QCommandLineOption typeOpt(QStringLiteral("type"), QStringLiteral("Type of a new user: administrator or common."), QStringLiteral("type"));
     parser.addOptions({profileOpt, configOpt, userOpt, passwordOpt, closingOpt, companyOpt, yesOpt, rowsOpt, seedOpt, typeOpt});
+    QCommandLineOption outOpt(QStringLiteral("out"), QStringLiteral("backup: the backup file to write."), QStringLiteral("file"));
+    QCommandLineOption fromOpt(QStringLiteral("from"), QStringLiteral("restore: the backup file to read."), QStringLiteral("file"));
+    parser.addOptions({outOpt, fromOpt});
     parser.addPositionalArgument(QStringLiteral("command"), QStringLiteral("list, create, upgrade, drop, demo, users or user"));
     parser.addPositionalArgument(QStringLiteral("name"), QStringLiteral("Account-year name, beginning with Tessel"), QStringLiteral("[name]"));
     parser.process(app);
@@ -221,6 +273,10 @@ int main(int argc, char **argv)
             QTextStream(stdout) << name << " is up to date (schema " << Schema::kStamp << ").\n";
             return 0;
         }
+        if (command == QLatin1String("backup"))
+            return backupCommand(profile, name, parser.value(outOpt), parser.isSet(yesOpt));
+        if (command == QLatin1String("restore"))
+            return restoreCommand(profile, name, parser.value(fromOpt), parser.isSet(yesOpt));
         if (command == QLatin1String("drop")) {
             if (!AccountYear::exists(profile, name))
                 return fail(QStringLiteral("there is no account year %1 on %2.").arg(name, profile.name), 1);

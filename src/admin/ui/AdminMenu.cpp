@@ -1,5 +1,7 @@
+#include "admin/ui/frmBackup.h"
 #include "admin/ui/frmClosingDate.h"
 #include "admin/ui/frmIdentification.h"
+#include "admin/ui/frmRestore.h"
 #include "admin/ui/frmUser.h"
 #include "admin/ui/frmUserList.h"
 #include "foundation/ui/MenuRouter.h"
@@ -46,5 +48,9 @@ void registerAdminMenu(MenuRouter &router)
     });
     router.on(QStringLiteral("mnuUUserList"), [](MdiHost &host) {
         host.showScreen<frmUserList>(QStringLiteral("frmUserList"));
+    });
+    router.on(QStringLiteral("mnuUBackUp"), [](MdiHost &host) { host.showScreen<frmBackup>(QStringLiteral("frmBackup")); });
+    router.on(QStringLiteral("mnuURestore"), [](MdiHost &host) {
+        host.showScreen<frmRestore>(QStringLiteral("frmRestore"));
     });
 }

@@ -122,6 +122,7 @@ const QVector<MenuEntry> &mainMenuTree()
 
         {0, "mnuUtilities", "&UTILITIES"},
         {1, "mnuUBackUp", "BACK UP"},
+        {1, "mnuURestore", "RESTORE"},
         {1, "mnuUNewUser", "CREATE NEW USER"},
         {1, "mnuUChangePassword", "CHANGE PASSWORD"},
         {1, "mnuUUpdateUser", "UPDATE USER"},
