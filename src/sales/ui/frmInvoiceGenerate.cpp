@@ -5,6 +5,7 @@
 #include "foundation/ui/CommandGate.h"
 #include "foundation/ui/KeyFilters.h"
 #include "foundation/ui/MaskedLineEdit.h"
+#include "foundation/ui/QueryTableModel.h"
 #include "foundation/ui/ScreenBuild.h"
 #include "foundation/ui/ScreenServices.h"
 #include "reports/ui/frmViewReport.h"
@@ -95,6 +96,8 @@ frmInvoiceGenerate::frmInvoiceGenerate(QWidget *parent) : BaseScreen(parent)
     g->setColumnStretch(5, 1);
 
     dg = grid(frDetail, QStringLiteral("dg"));
+    m_found = new QueryTableModel(dg);
+    dg->setModel(m_found);
     proportionalColumns(dg, {1000, 1200, 3200, 1200});
     dg->setMinimumHeight(180);
 
@@ -194,9 +197,9 @@ void frmInvoiceGenerate::searchDocuments()
     runSafely(this, [&] {
         m_rows = InvoiceDocuments::search(session().db(), s);
         m_listed = s.group;
-        fillGrid(dg, m_rows, InvoiceDocuments::searchCaptions(s.group));
+        m_found->setResult(m_rows, InvoiceDocuments::searchCaptions(s.group));
     });
-    if (dg->model() && dg->model()->rowCount() > 0) {
+    if (m_found->rowCount() > 0) {
         dg->setFocus(Qt::OtherFocusReason);
         dg->selectRow(0);
     }

@@ -15,6 +15,7 @@ class QLineEdit;
 class QPushButton;
 class QRadioButton;
 class QTableView;
+class QueryTableModel;
 
 // "SALE TAX INVOICE / BILL": a challan, an order or an invoice printed
 // after the fact. The menu entry decides which forms are offered; the
@@ -72,6 +73,7 @@ private:
     void showNextCopy();
 
     AccountPick *m_pick = nullptr;
+    QueryTableModel *m_found = nullptr;
     QVector<QRadioButton *> m_options;
     InvoiceDocuments::Group m_listed = InvoiceDocuments::Group::Invoice;
     QueryResult m_rows;
