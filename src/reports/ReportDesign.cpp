@@ -267,6 +267,7 @@ ReportDesign parseDesign(const QByteArray &json, const QString &origin)
             r.fail(QStringLiteral("\"balanceLine\": debit and credit must be columns of the design"));
     }
     d.halfPage = r.flag(o, "halfPage");
+    d.ruled = r.flag(o, "ruled");
     if (o.contains(QLatin1String("amountInWords"))) {
         d.wordsField = r.identifier(o.value(QLatin1String("amountInWords")), QStringLiteral("\"amountInWords\""));
         if (d.columnIndex(d.wordsField) < 0)

@@ -124,6 +124,9 @@ struct ReportDesign
     // a sheet), with the total of `wordsField` in words under the totals.
     bool halfPage = false;
     QString wordsField;
+    // A table ruled as a form is: the columns boxed, a rule under every
+    // line (a tax invoice).
+    bool ruled = false;
     std::optional<DesignChart> chart;
 
     QString origin;              // where it was read from, for messages

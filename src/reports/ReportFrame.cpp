@@ -595,6 +595,8 @@ RenderedReport ReportFrame::render(SessionConnection &db, const ReportRequest &r
     RenderedReport r;
     r.request = request;
     r.design = catalogue.load(request.design, &r.warnings);
+    if (!request.signatures.isEmpty())
+        r.design.signatures = request.signatures;
     const ReportDesign &d = r.design;
     const QString source = request.source.isEmpty() ? d.source : request.source;
     static const QRegularExpression ident(QStringLiteral("^[A-Za-z_][A-Za-z0-9_]*$"));

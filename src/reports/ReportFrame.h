@@ -79,6 +79,10 @@ struct ReportRequest
     // The copy a document is ("ORIGINAL", "DUPLICATE"), printed under the
     // heading; empty prints nothing.
     QString copyCaption;
+    // The signature captions to print instead of the design's (a line
+    // break in a caption prints a second line under it); empty: the
+    // design's.
+    QStringList signatures;
 
     // A period needs its end; a start alone is no period.
     bool hasPeriod() const { return to.isValid(); }

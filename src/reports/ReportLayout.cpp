@@ -30,7 +30,7 @@ enum FontRole { Body, BodyBold, Small, Name, Title, Caption, FontCount };
 
 struct PageItem
 {
-    enum class Kind { Text, Line, DoubleLine, Image };
+    enum class Kind { Text, Line, DoubleLine, Image, Rule };
     Kind kind = Kind::Text;
     QRectF rect;
     QPointF baseline;   // where the text is drawn, worked out once
@@ -400,6 +400,20 @@ private:
             addText(to, QRectF(rect.left(), rect.top() + k * step, rect.width(), rowHeight()), lines.at(k), font, align);
     }
 
+    // The upright rules of a ruled table from `top` to `bottom`: both
+    // edges and between the columns.
+    void addColumnRules(QVector<PageItem> &to, qreal top, qreal bottom)
+    {
+        QVector<qreal> xs = m_colX;
+        xs << m_right;
+        for (const qreal x : xs) {
+            PageItem it;
+            it.kind = PageItem::Kind::Rule;
+            it.rect = QRectF(QPointF(x, top), QPointF(x, bottom));
+            to << it;
+        }
+    }
+
     void addLine(QVector<PageItem> &to, qreal x1, qreal x2, qreal y, bool dbl = false)
     {
         PageItem it;
@@ -511,9 +525,11 @@ private:
         addLine(H, m_left, m_right, y);
         for (int i = 0; i < m_d->columns.size(); ++i)
             addText(H, cell(i, y, ch), m_d->columns.at(i).caption, Caption, alignOf(m_d->columns.at(i)) | Qt::AlignVCenter);
+        if (m_d->ruled)
+            addColumnRules(H, y, y + ch);
         y += ch;
         addLine(H, m_left, m_right, y);
-        m_bodyTop = y + 30;
+        m_bodyTop = y + (m_d->ruled ? 0 : 30);
     }
 
     qreal heightOf(const ReportLine &l)
@@ -579,6 +595,10 @@ private:
             for (int i = 0; i < l.texts.size(); ++i)
                 addWrapped(page.items, cell(i, y, rh), l.texts.at(i), font, alignOf(m_d->columns.at(i)) | Qt::AlignVCenter);
             page.hits.append(qMakePair(QRectF(m_left, y, m_right - m_left, h), index));
+            if (m_d->ruled) {
+                addColumnRules(page.items, y, y + h);
+                addLine(page.items, m_left, m_right, y + h);
+            }
             break;
         }
         case ReportLine::Kind::GroupFooter:
@@ -626,7 +646,10 @@ private:
             const qreal x = m_left + i * slot + slot * 0.1;
             const qreal w = slot * 0.8;
             addLine(page.items, x, x + w, y);
-            addText(page.items, QRectF(x, y + 20, w, rowHeight()), m_d->signatures.at(i), Caption, Qt::AlignHCenter);
+            const QStringList caption = m_d->signatures.at(i).split(QLatin1Char('\n'));
+            for (int k = 0; k < caption.size(); ++k)
+                addText(page.items, QRectF(x, y + 20 + k * lineHeight(Caption), w, rowHeight()), caption.at(k), Caption,
+                        Qt::AlignHCenter);
         }
     }
 
@@ -692,6 +715,13 @@ void paintItem(QPainter &p, const LayoutData &L, const PageItem &it, const QImag
         break;
     case PageItem::Kind::Image:
         p.drawImage(it.rect, logo);
+        break;
+    case PageItem::Kind::Rule:
+        if (st.pen != 2) {
+            p.setPen(QPen(Qt::black, 6));
+            st.pen = 2;
+        }
+        p.drawLine(it.rect.topLeft(), it.rect.bottomRight());
         break;
     }
 }
