@@ -41,8 +41,17 @@ QStandardItem *cell(const QString &text, bool right = false)
     return i;
 }
 
-void fillList(QStandardItemModel *model, const QVector<BillLine> &bills)
+// A list and the count and total of its bills.
+void fillList(QStandardItemModel *model, QLabel *total, const QVector<BillLine> &bills)
 {
+    Money sum;
+    for (const BillLine &b : bills)
+        sum += b.amount;
+    total->setText(bills.isEmpty() ? QString()
+                                   : QStringLiteral("%1 %2   %3")
+                                         .arg(bills.size())
+                                         .arg(bills.size() == 1 ? QStringLiteral("BILL") : QStringLiteral("BILLS"),
+                                              sum.toDisplayString()));
     model->clear();
     model->setHorizontalHeaderLabels(
         {QStringLiteral("INVOICE #"), QStringLiteral("DESC"), QStringLiteral("AMOUNT"), QStringLiteral("TITLE")});
@@ -96,20 +105,24 @@ frmBillWisePayment::frmBillWisePayment(QWidget *parent) : BaseScreen(parent)
     dgPending->setModel(m_pendingModel);
     dgDone->setModel(m_doneModel);
     auto *lists = new QHBoxLayout;
+    lists->setSpacing(18);
     for (auto [g, caption] : {std::pair{dgPending, "PENDING BILL"}, std::pair{dgDone, "PAYMENT DONE"}}) {
         g->setSelectionMode(QAbstractItemView::ExtendedSelection);
         proportionalColumns(g, {1000, 2400, 1500, 1700});
         g->installEventFilter(this);
         connect(g, &QTableView::doubleClicked, this, [this, g = g] { pick(g); });
         auto *column = new QVBoxLayout;
-        auto *heading = new QLabel(QString::fromLatin1(caption), p);
-        heading->setObjectName(g == dgPending ? QStringLiteral("lblPending") : QStringLiteral("lblDone"));
-        column->addWidget(heading);
+        column->setSpacing(4);
+        QHBoxLayout *heading = gridHeading(p, QString::fromLatin1(caption), QString());
+        auto *total = qobject_cast<QLabel *>(heading->itemAt(heading->count() - 1)->widget());
+        total->setObjectName(g == dgPending ? QStringLiteral("lblPendingTotal") : QStringLiteral("lblDoneTotal"));
+        (g == dgPending ? lblPendingTotal : lblDoneTotal) = total;
+        column->addLayout(heading);
         column->addWidget(g, 1);
         lists->addLayout(column, 1);
     }
-    fillList(m_pendingModel, {});
-    fillList(m_doneModel, {});
+    fillList(m_pendingModel, lblPendingTotal, {});
+    fillList(m_doneModel, lblDoneTotal, {});
 
     auto *l = detailLayout();
     l->addLayout(top, 0, 0);
@@ -181,8 +194,8 @@ void frmBillWisePayment::fillGrids()
         m_pending = bills(session().db(), m_code, m_from, m_to, Mark::Pending);
         m_done = bills(session().db(), m_code, m_from, m_to, Mark::Done);
     });
-    fillList(m_pendingModel, m_pending);
-    fillList(m_doneModel, m_done);
+    fillList(m_pendingModel, lblPendingTotal, m_pending);
+    fillList(m_doneModel, lblDoneTotal, m_done);
 }
 
 void frmBillWisePayment::pick(QTableView *grid)

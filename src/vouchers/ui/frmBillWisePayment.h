@@ -39,6 +39,9 @@ public:
     QRadioButton *optPendingPayment = nullptr;
     QTableView *dgPending = nullptr;
     QTableView *dgDone = nullptr;
+    // Beside each list's caption: its bills and their total.
+    QLabel *lblPendingTotal = nullptr;
+    QLabel *lblDoneTotal = nullptr;
     QPushButton *cmdSearch = nullptr;
     QPushButton *cmdCancel = nullptr;
 

@@ -156,6 +156,8 @@ void TestFrmBillWisePayment::searchAndMark()
     QTest::keyClick(f->dgPending, Qt::Key_Return);
     QCOMPARE(rows(f->dgDone), QStringList{"1 CREDIT 8,290.00 PRESS"});
     QCOMPARE(rows(f->dgPending), (QStringList{"1 CREDIT 300.00 PACKAGING", "1 CASH 3,510.00 PRESS"}));
+    QCOMPARE(f->lblPendingTotal->text(), QStringLiteral("2 BILLS   3,810.00"));
+    QCOMPARE(f->lblDoneTotal->text(), QStringLiteral("1 BILL   8,290.00"));
     QCOMPARE(f->dgPending->currentIndex().row(), 1);
     QCOMPARE(TestDb::count(t.db(), QStringLiteral("SELECT COUNT(*) FROM tblInvoice WHERE Status = 'DONE'")), 2);
 
@@ -163,6 +165,7 @@ void TestFrmBillWisePayment::searchAndMark()
     f->dgPending->selectAll();
     QTest::keyClick(f->dgPending, Qt::Key_Enter);
     QCOMPARE(rows(f->dgPending), QStringList());
+    QCOMPARE(f->lblPendingTotal->text(), QString());
     QCOMPARE(rows(f->dgDone), (QStringList{"1 CREDIT 300.00 PACKAGING", "1 CASH 3,510.00 PRESS",
                                            "1 CREDIT 8,290.00 PRESS"}));
     ScreenKit::shoot(&host, QStringLiteral("billwise-") + backend);
