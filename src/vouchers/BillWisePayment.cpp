@@ -7,7 +7,7 @@ using Reports::ReportCondition;
 bool BillKey::operator==(const BillKey &o) const
 {
     return titleName == o.titleName && invoiceNo == o.invoiceNo && termsOfSale == o.termsOfSale
-           && partyCode == o.partyCode;
+        && partyCode == o.partyCode;
 }
 
 namespace BillWisePayment {
@@ -52,7 +52,7 @@ QVector<BillLine> bills(SessionConnection &db, const QString &partyCode, const Q
     for (const Row &r : rows) {
         BillLine b;
         b.key = {r.text("TitleName").trimmed(), r.integer("InvoiceNo"), r.text("TermsOfSale"),
-                 r.text("PartyCode").trimmed()};
+            r.text("PartyCode").trimmed()};
         b.invoiceDate = r.date("InvoiceDate");
         b.partyName = r.text("PartyName").trimmed();
         b.amount = r.moneyOrZero("ValueIncludingTax");
@@ -78,8 +78,8 @@ Outcome mark(SessionConnection &db, const QVector<BillKey> &bills, Mark mark)
         QVariantList params{statusWord(mark)};
         params << keyParams(k);
         changed += db.execute(QStringLiteral("UPDATE tblInvoice SET Status = ?") + kBillWhere
-                                  + QStringLiteral(" AND COALESCE(Status, '') <> ?"),
-                              params << statusWord(mark));
+                + QStringLiteral(" AND COALESCE(Status, '') <> ?"),
+            params << statusWord(mark));
     }
     tx.commit();
     Outcome out = Outcome::success(QString());
@@ -90,8 +90,7 @@ Outcome mark(SessionConnection &db, const QVector<BillKey> &bills, Mark mark)
 Reports::ReportRequest report(Report kind, const QString &partyName, const LedgerStatements::Period &period)
 {
     const bool pending = kind == Report::Pending;
-    Reports::ReportRequest r = LedgerStatements::request(
-        QStringLiteral("crBillWisePayment"),
+    Reports::ReportRequest r = LedgerStatements::request(QStringLiteral("crBillWisePayment"),
         pending ? QStringLiteral("CUSTOMER PENDING PAYMENT") : QStringLiteral("BILL WISE PAYMENT"),
         pending ? QStringLiteral("CUSTOMER PENDING PAYMENT REPORT") : QStringLiteral("BILL WISE PAYMENT REPORT"));
     LedgerStatements::setPeriod(r, period);

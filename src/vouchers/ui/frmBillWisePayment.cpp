@@ -47,22 +47,23 @@ void fillList(QStandardItemModel *model, QLabel *total, const QVector<BillLine> 
     Money sum;
     for (const BillLine &b : bills)
         sum += b.amount;
-    total->setText(bills.isEmpty() ? QString()
-                                   : QStringLiteral("%1 %2   %3")
-                                         .arg(bills.size())
-                                         .arg(bills.size() == 1 ? QStringLiteral("BILL") : QStringLiteral("BILLS"),
-                                              sum.toDisplayString()));
+    total->setText(bills.isEmpty()
+            ? QString()
+            : QStringLiteral("%1 %2   %3")
+                  .arg(bills.size())
+                  .arg(bills.size() == 1 ? QStringLiteral("BILL") : QStringLiteral("BILLS"), sum.toDisplayString()));
     model->clear();
     model->setHorizontalHeaderLabels(
         {QStringLiteral("INVOICE #"), QStringLiteral("DESC"), QStringLiteral("AMOUNT"), QStringLiteral("TITLE")});
     for (const BillLine &b : bills)
         model->appendRow({cell(QString::number(b.key.invoiceNo), true), cell(b.key.termsOfSale),
-                          cell(b.amount.toDisplayString(), true), cell(b.key.titleName)});
+            cell(b.amount.toDisplayString(), true), cell(b.key.titleName)});
 }
 
 } // namespace
 
-frmBillWisePayment::frmBillWisePayment(QWidget *parent) : BaseScreen(parent)
+frmBillWisePayment::frmBillWisePayment(QWidget *parent)
+    : BaseScreen(parent)
 {
     setObjectName(QStringLiteral("frmBillWisePayment"));
     setTitle(QStringLiteral("BILL WISE PAYMENT"));
@@ -132,11 +133,12 @@ frmBillWisePayment::frmBillWisePayment(QWidget *parent) : BaseScreen(parent)
     cmdSearch = addButton(QStringLiteral("cmdSearch"), QStringLiteral("&SEARCH"));
     cmdCancel = addButton(QStringLiteral("cmdCancel"), QStringLiteral("&CANCEL"));
     typingOrder({mskPartyCode, cmbPartyName, mskDateFrom, mskDateTo, optBillWiseSearch, optBillWisePayment,
-                 optPendingPayment, cmdSearch, dgPending, dgDone, cmdCancel},
-                cmdSearch, {mskPartyCode, cmbPartyName});
+                    optPendingPayment, cmdSearch, dgPending, dgDone, cmdCancel},
+        cmdSearch, {mskPartyCode, cmbPartyName});
 
     m_pick = new AccountPick(cmbPartyName, mskPartyCode, nullptr, this);
-    m_gate = new CommandGate(cmdSearch, [this] { return check(); }, [this] { search(); });
+    m_gate = new CommandGate(
+        cmdSearch, [this] { return check(); }, [this] { search(); });
     connect(cmdCancel, &QPushButton::clicked, this, &BaseScreen::closeScreen);
 
     // The period starts on the first open day and ends today.
@@ -176,10 +178,10 @@ void frmBillWisePayment::search()
             dgPending->setCurrentIndex(m_pendingModel->index(0, 0));
         return;
     }
-    const LedgerStatements::Period period{session().periodFrom, session().periodTo, mskDateFrom->maskText(),
-                                          mskDateTo->maskText()};
-    const auto kind = optPendingPayment->isChecked() ? BillWisePayment::Report::Pending
-                                                     : BillWisePayment::Report::BillWise;
+    const LedgerStatements::Period period{
+        session().periodFrom, session().periodTo, mskDateFrom->maskText(), mskDateTo->maskText()};
+    const auto kind
+        = optPendingPayment->isChecked() ? BillWisePayment::Report::Pending : BillWisePayment::Report::BillWise;
     cmdSearch->setEnabled(false);
     Reports::showReport(this, BillWisePayment::report(kind, cmbPartyName->currentText(), period));
     cmdSearch->setEnabled(true);
@@ -219,8 +221,8 @@ void frmBillWisePayment::pick(QTableView *grid)
 
     Outcome out;
     const bool ran = runSafely(this, [&] {
-        out = BillWisePayment::mark(session().db(), keys,
-                                    fromPending ? BillWisePayment::Mark::Done : BillWisePayment::Mark::Pending);
+        out = BillWisePayment::mark(
+            session().db(), keys, fromPending ? BillWisePayment::Mark::Done : BillWisePayment::Mark::Pending);
     });
     if (ran && !out)
         refuse(out);
