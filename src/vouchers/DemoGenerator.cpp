@@ -8,6 +8,7 @@
 #include "stock/PurchaseDemo.h"
 #include "sales/InvoiceDemo.h"
 #include "services/OtherServicesDemo.h"
+#include "vouchers/BillWiseDemo.h"
 #include "vouchers/PostDatedCheque.h"
 #include "vouchers/VoucherPosting.h"
 #include "stock/ConsumablesDemo.h"
@@ -146,6 +147,7 @@ void DemoGenerator::addStandardParts()
     addPart(QStringLiteral("invoices"), &InvoiceDemo::invoicePart);
     addPart(QStringLiteral("account maintenance"), &AccountDemo::maintenancePart);
     addPart(QStringLiteral("vouchers"), &DemoGenerator::voucherPart);
+    addPart(QStringLiteral("bill-wise payment"), &billWiseDemoPart);
 }
 
 DemoSummary DemoGenerator::standardYear(SessionConnection &db, const DemoOptions &options)

@@ -3,6 +3,7 @@
 #include "foundation/ui/MessageService.h"
 #include "vouchers/VoucherStaging.h"
 #include "reports/ui/frmViewReport.h"
+#include "vouchers/ui/frmBillWisePayment.h"
 #include "vouchers/ui/frmChequeDueList.h"
 #include "vouchers/ui/frmJournalVoucher.h"
 #include "vouchers/ui/frmPostDatedCheque.h"
@@ -79,5 +80,8 @@ void registerVouchersMenu(MenuRouter &router)
         req.design = QStringLiteral("crPostDatedCheque");
         req.title = QStringLiteral("POST DATED CHEQUE");
         Reports::showReport(host.mainWindow(), req);
+    });
+    router.on(QStringLiteral("mnuBillWisePayment"), [](MdiHost &host) {
+        host.showScreen<frmBillWisePayment>(QStringLiteral("frmBillWisePayment"));
     });
 }
