@@ -46,7 +46,11 @@ class Faults
 public:
     Faults(Result &result, int limit) : m_result(result), m_limit(limit) {}
 
-    void start(Kind kind) { m_result.checked << kind; }
+    void start(Kind kind)
+    {
+        if (!m_result.checked.contains(kind))
+            m_result.checked << kind;
+    }
     void add(Fault f)
     {
         if (m_count[int(f.kind)]++ < m_limit)
@@ -88,9 +92,43 @@ Fault fault(Kind kind, const QString &type, qint64 number, const QDate &date, co
 
 // ------------------------------------------------------------ vouchers
 
+const QStringList &knownTypes()
+{
+    static const QStringList types = {QStringLiteral("CP"), QStringLiteral("CR"), QStringLiteral("BP"),
+                                      QStringLiteral("BR"), QStringLiteral("BC"), QStringLiteral("JV"),
+                                      QStringLiteral("SV"), QStringLiteral("PS"), QStringLiteral("CS"),
+                                      QStringLiteral("OS")};
+    return types;
+}
+
+// A ledger row that breaks the row rule: an amount missing, two sides, a
+// balance that is not debit less credit, no date, an unknown type. The
+// placeholders take knownTypes().
+QString badRowCondition()
+{
+    QStringList places;
+    for (int i = 0; i < knownTypes().size(); ++i)
+        places << QStringLiteral("?");
+    return QStringLiteral("(PartyDR IS NULL OR PartyCR IS NULL OR PartyBalance IS NULL OR VDate IS NULL "
+                          "OR VoucherType IS NULL OR (PartyDR <> 0 AND PartyCR <> 0) "
+                          "OR ROUND((PartyDR - PartyCR - PartyBalance) * 100) <> 0 OR VoucherType NOT IN (%1))")
+        .arg(places.join(QStringLiteral(", ")));
+}
+
+QVariantList knownTypeParams()
+{
+    QVariantList params;
+    for (const QString &t : knownTypes()) {
+        Q_ASSERT(PostingChecks::isKnownType(t));
+        params << t;
+    }
+    return params;
+}
+
 // Every voucher (type, number, date) balances, and a cash voucher carries
-// its CASH IN HAND row: a credit for CP, a debit for CR. The opening
-// balances (JV 0) are checked together below.
+// its CASH IN HAND row: a credit for CP, a debit for CR. One grouped pass
+// over the ledger in the order of its voucher index. The opening balances
+// (JV 0) are checked together by openings().
 void vouchers(SessionConnection &db, Faults &out)
 {
     out.start(Kind::Unbalanced);
@@ -111,15 +149,15 @@ void vouchers(SessionConnection &db, Faults &out)
         const qint64 diff = r.integer(3);
         const QString type = trimmed(r.text(0));
         if (diff != 0) {
-            Fault f = out.voucher(Kind::Unbalanced, r, 0);
-            f.text = QStringLiteral("Debit and credit differ by %1 %2").arg(money(qAbs(diff)),
-                                                                         diff > 0 ? QStringLiteral("DR") : QStringLiteral("CR"));
+            Fault f = Faults::voucher(Kind::Unbalanced, r, 0);
+            f.text = QStringLiteral("Debit and credit differ by %1 %2")
+                         .arg(money(qAbs(diff)), diff > 0 ? QStringLiteral("DR") : QStringLiteral("CR"));
             out.add(std::move(f));
         }
         const bool cp = type == QLatin1String("CP");
         const bool cr = type == QLatin1String("CR");
         if ((cp || cr) && (r.integer(4) == 0 || (cp && r.integer(5) > 0) || (cr && r.integer(5) < 0))) {
-            Fault f = out.voucher(Kind::CashRow, r, 0);
+            Fault f = Faults::voucher(Kind::CashRow, r, 0);
             f.account = Ledger::kCashCode;
             f.text = cp ? QStringLiteral("Cash payment without its CASH IN HAND credit")
                         : QStringLiteral("Cash receipt without its CASH IN HAND debit");
@@ -155,37 +193,18 @@ void openings(SessionConnection &db, Faults &out)
 
 // ------------------------------------------------------------ rows
 
-const QStringList &knownTypes()
-{
-    static const QStringList types = {QStringLiteral("CP"), QStringLiteral("CR"), QStringLiteral("BP"),
-                                      QStringLiteral("BR"), QStringLiteral("BC"), QStringLiteral("JV"),
-                                      QStringLiteral("SV"), QStringLiteral("PS"), QStringLiteral("CS"),
-                                      QStringLiteral("OS")};
-    return types;
-}
-
 // Each row has one side, its balance is debit less credit, a date and a
 // type the ledger knows.
 void rows(SessionConnection &db, Faults &out)
 {
     out.start(Kind::Row);
-    QStringList places;
-    QVariantList params;
-    for (const QString &t : knownTypes()) {
-        Q_ASSERT(PostingChecks::isKnownType(t));
-        places << QStringLiteral("?");
-        params << t;
-    }
     const QueryResult bad = db.select(
         QStringLiteral("SELECT VoucherType, VoucherNo, VDate, SrNo, PartyCode, %1 AS DR, %2 AS CR, %3 AS Balance, "
                        "CASE WHEN PartyDR IS NULL OR PartyCR IS NULL OR PartyBalance IS NULL THEN 1 ELSE 0 END AS Empty "
-                       "FROM tblPartyBalance WHERE PartyDR IS NULL OR PartyCR IS NULL OR PartyBalance IS NULL "
-                       "OR VDate IS NULL OR VoucherType IS NULL OR (PartyDR <> 0 AND PartyCR <> 0) "
-                       "OR ROUND((PartyDR - PartyCR - PartyBalance) * 100) <> 0 "
-                       "OR VoucherType NOT IN (%4) ORDER BY SrNo")
+                       "FROM tblPartyBalance WHERE %4 ORDER BY SrNo")
             .arg(cents(QStringLiteral("PartyDR")), cents(QStringLiteral("PartyCR")),
-                 cents(QStringLiteral("PartyBalance")), places.join(QStringLiteral(", "))),
-        params);
+                 cents(QStringLiteral("PartyBalance")), badRowCondition()),
+        knownTypeParams());
     for (const Row &r : bad) {
         Fault f = out.voucher(Kind::Row, r, 0);
         f.account = trimmed(r.text(4));
@@ -685,17 +704,23 @@ Result run(SessionConnection &db, const Options &options)
     clock.start();
     Result result;
     Faults out(result, options.maxPerKind);
-    vouchers(db, out);
-    openings(db, out);
-    rows(db, out);
-    accounts(db, out);
-    kept(db, out);
-    invoices(db, out);
-    purchases(db, out);
-    services(db, out);
-    duplicates(db, out);
+    const auto step = [&](const char *name, void (*pass)(SessionConnection &, Faults &)) {
+        QElapsedTimer t;
+        t.start();
+        pass(db, out);
+        result.steps.append({QString::fromLatin1(name), t.elapsed()});
+    };
+    step("vouchers", &vouchers);
+    step("opening balances", &openings);
+    step("rows", &rows);
+    step("accounts", &accounts);
+    step("kept balances", &kept);
+    step("invoices", &invoices);
+    step("purchases", &purchases);
+    step("other services", &services);
+    step("numbers", &duplicates);
     if (options.ownStaging)
-        staging(db, out);
+        step("staging", &staging);
     result.milliseconds = clock.elapsed();
     return result;
 }

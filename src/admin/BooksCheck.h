@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QDate>
+#include <QPair>
 #include <QString>
 #include <QStringList>
 #include <QVector>
@@ -63,6 +64,8 @@ struct Result
     QVector<Kind> checked;   // the kinds that ran, in order
     int truncated = 0;       // faults found beyond maxPerKind, not listed
     qint64 milliseconds = 0;
+    // Each pass with the time it took: "vouchers", "rows", ...
+    QVector<QPair<QString, qint64>> steps;
     bool passed() const { return faults.isEmpty(); }
 };
 
