@@ -1,3 +1,4 @@
+#include "admin/ui/frmCheckBooks.h"
 #include "admin/ui/frmClosingDate.h"
 #include "admin/ui/frmIdentification.h"
 #include "admin/ui/frmUser.h"
@@ -47,4 +48,6 @@ void registerAdminMenu(MenuRouter &router)
     router.on(QStringLiteral("mnuUUserList"), [](MdiHost &host) {
         host.showScreen<frmUserList>(QStringLiteral("frmUserList"));
     });
+    router.on(QStringLiteral("mnuUCheckBooks"),
+              [](MdiHost &host) { host.showScreen<frmCheckBooks>(QStringLiteral("frmCheckBooks")); });
 }
