@@ -14,6 +14,7 @@
 #include <QMap>
 #include <QSet>
 #include <algorithm>
+#include <limits>
 #include <map>
 #include <tuple>
 
@@ -631,6 +632,80 @@ void duplicates(SessionConnection &db, Faults &out)
     }
 }
 
+// ------------------------------------------------------------ closing date
+
+bool hasTable(SessionConnection &db, const QString &table)
+{
+    if (db.isSQLite())
+        return db.scalar(QStringLiteral("SELECT COUNT(*) FROM sqlite_master WHERE type = 'table' AND name = ? "
+                                        "COLLATE NOCASE"),
+                         {table})
+                   .toLongLong()
+            > 0;
+    return db.scalar(QStringLiteral("SELECT COUNT(*) FROM information_schema.tables WHERE table_schema = current_schema() "
+                                    "AND table_name = ?"),
+                     {table.toLower()})
+               .toLongLong()
+        > 0;
+}
+
+// Nothing was posted, changed or removed in the ledger on or before the
+// closing date once that date was set, but through the gate (the opening
+// balances, JV 0, stand on the closing date and are changed behind the
+// identification gate). The edit log tells what happened when: its rows
+// of the closing date give the date in force between them, and one
+// statement reads the ledger's log rows dated in the period closed at the
+// time they were written.
+void closedPeriod(SessionConnection &db, Faults &out)
+{
+    if (!hasTable(db, QStringLiteral("tblEditLog")))
+        return;
+    out.start(Kind::Closed);
+    struct Closing
+    {
+        qint64 from;   // the log row that set it
+        QDate date;    // invalid: no closing date
+    };
+    QVector<Closing> closings;
+    for (const Row &r : db.select(QStringLiteral("SELECT LogNo, Change, DocDate FROM tblEditLog "
+                                                 "WHERE TableName = 'tblClosingDate' ORDER BY LogNo")))
+        closings << Closing{r.integer(0), trimmed(r.text(1)) == QLatin1String("DELETE") ? QDate() : r.date(2)};
+    QStringList ranges;
+    QVariantList params{QStringLiteral("tblPartyBalance")};
+    for (int i = 0; i < closings.size(); ++i) {
+        if (!closings.at(i).date.isValid())
+            continue;
+        const qint64 until = i + 1 < closings.size() ? closings.at(i + 1).from : std::numeric_limits<qint64>::max();
+        ranges << QStringLiteral("(LogNo > ? AND LogNo < ? AND DocDate <= ?)");
+        params << closings.at(i).from << until << closings.at(i).date;
+    }
+    if (ranges.isEmpty())
+        return;
+    const QueryResult rows = db.select(
+        QStringLiteral("SELECT DocType, DocNo, DocDate, Change, UserName, MIN(LogNo) AS FirstNo, MIN(LoggedAt) AS FirstAt, "
+                       "COUNT(*) AS N FROM tblEditLog WHERE TableName = ? AND NOT (DocType = 'JV' AND DocNo = 0) "
+                       "AND (%1) GROUP BY DocType, DocNo, DocDate, Change, UserName ORDER BY MIN(LogNo)")
+            .arg(ranges.join(QStringLiteral(" OR "))),
+        params);
+    for (const Row &r : rows) {
+        Fault f = Faults::voucher(Kind::Closed, r, 0);
+        const qint64 first = r.integer(5);
+        QDate closed;
+        for (const Closing &c : closings)
+            if (c.from < first)
+                closed = c.date;
+        const QString change = trimmed(r.text(3));
+        const QString did = change == QLatin1String("INSERT")   ? QStringLiteral("posted")
+                            : change == QLatin1String("DELETE") ? QStringLiteral("removed")
+                                                                : QStringLiteral("changed");
+        const qint64 n = r.integer(7);
+        f.text = QStringLiteral("%1 %2 by %3 at %4, when the books were closed up to %5")
+                     .arg(n == 1 ? QStringLiteral("1 ledger row") : QStringLiteral("%1 ledger rows").arg(n))
+                     .arg(did, trimmed(r.text(4)), r.text(6), closed.toString(kDateFormat));
+        out.add(std::move(f));
+    }
+}
+
 // ------------------------------------------------------------ staging
 
 // Lines typed on this workstation and never saved or dropped.
@@ -719,6 +794,7 @@ Result run(SessionConnection &db, const Options &options)
     step("purchases", &purchases);
     step("other services", &services);
     step("numbers", &duplicates);
+    step("closing date", &closedPeriod);
     if (options.ownStaging)
         step("staging", &staging);
     result.milliseconds = clock.elapsed();
