@@ -126,45 +126,83 @@ QVariantList knownTypeParams()
     return params;
 }
 
+// The faults of one voucher (type, number, date) from its sums: columns
+// type, number, date, then the difference, the cash rows and the cash
+// balance, all in cents.
+void voucherFaults(const Row &r, Faults &out)
+{
+    const qint64 diff = r.integer(3);
+    const QString type = trimmed(r.text(0));
+    if (diff != 0) {
+        Fault f = Faults::voucher(Kind::Unbalanced, r, 0);
+        f.text = QStringLiteral("Debit and credit differ by %1 %2")
+                     .arg(money(qAbs(diff)), diff > 0 ? QStringLiteral("DR") : QStringLiteral("CR"));
+        out.add(std::move(f));
+    }
+    const bool cp = type == QLatin1String("CP");
+    const bool cr = type == QLatin1String("CR");
+    if ((cp || cr) && (r.integer(4) == 0 || (cp && r.integer(5) > 0) || (cr && r.integer(5) < 0))) {
+        Fault f = Faults::voucher(Kind::CashRow, r, 0);
+        f.account = Ledger::kCashCode;
+        f.text = cp ? QStringLiteral("Cash payment without its CASH IN HAND credit")
+                    : QStringLiteral("Cash receipt without its CASH IN HAND debit");
+        out.add(std::move(f));
+    }
+}
+
 // Every voucher (type, number, date) balances, and a cash voucher carries
-// its CASH IN HAND row: a credit for CP, a debit for CR. One grouped pass
-// over the ledger in the order of its voucher index. The opening balances
-// (JV 0) are checked together by openings().
+// its CASH IN HAND row: a credit for CP, a debit for CR; and a voucher
+// number of a type stands on one date. One grouped pass over the ledger
+// in the order of its voucher index, a group a number: a number on one
+// date is the voucher itself, and only the few numbers on several dates
+// are then read date by date. A sale voucher's number is its title's, so
+// several dates are right for it; each sale voucher is proved against its
+// invoice by invoices(). The opening balances (JV 0) are checked together
+// by openings().
 void vouchers(SessionConnection &db, Faults &out)
 {
     out.start(Kind::Unbalanced);
     out.start(Kind::CashRow);
+    out.start(Kind::Duplicate);
     const QString bal = cents(QStringLiteral("PartyBalance"));
-    const QString cashRows = QStringLiteral("SUM(CASE WHEN PartyCode = ? THEN 1 ELSE 0 END)");
-    const QString cash = QStringLiteral("SUM(CASE WHEN PartyCode = ? THEN %1 ELSE 0 END)").arg(bal);
-    const QueryResult rows = db.select(
-        QStringLiteral("SELECT VoucherType, VoucherNo, VDate, SUM(%1) AS Diff, %2 AS CashRows, %3 AS Cash "
+    const QString sums = QStringLiteral("SUM(%1) AS Diff, SUM(CASE WHEN PartyCode = ? THEN 1 ELSE 0 END) AS CashRows, "
+                                        "SUM(CASE WHEN PartyCode = ? THEN %1 ELSE 0 END) AS Cash")
+                             .arg(bal);
+    const QString faulty = QStringLiteral("(Diff <> 0 OR (VoucherType IN ('CP', 'CR') AND CashRows = 0) "
+                                          "OR (VoucherType = 'CP' AND Cash > 0) OR (VoucherType = 'CR' AND Cash < 0))");
+    const QueryResult numbers = db.select(
+        QStringLiteral("SELECT VoucherType, VoucherNo, FirstDate, Diff, CashRows, Cash, LastDate FROM ("
+                       "SELECT VoucherType, VoucherNo, MIN(VDate) AS FirstDate, MAX(VDate) AS LastDate, %1 "
                        "FROM tblPartyBalance WHERE NOT (VoucherType = 'JV' AND VoucherNo = 0) "
-                       "GROUP BY VoucherType, VoucherNo, VDate "
-                       "HAVING SUM(%1) <> 0 OR (VoucherType IN ('CP', 'CR') AND %2 = 0) "
-                       "OR (VoucherType = 'CP' AND %3 > 0) OR (VoucherType = 'CR' AND %3 < 0) "
-                       "ORDER BY VoucherType, VoucherNo, VDate")
-            .arg(bal, cashRows, cash),
-        {Ledger::kCashCode, Ledger::kCashCode, Ledger::kCashCode, Ledger::kCashCode, Ledger::kCashCode});
-    for (const Row &r : rows) {
-        const qint64 diff = r.integer(3);
-        const QString type = trimmed(r.text(0));
-        if (diff != 0) {
-            Fault f = Faults::voucher(Kind::Unbalanced, r, 0);
-            f.text = QStringLiteral("Debit and credit differ by %1 %2")
-                         .arg(money(qAbs(diff)), diff > 0 ? QStringLiteral("DR") : QStringLiteral("CR"));
-            out.add(std::move(f));
+                       "GROUP BY VoucherType, VoucherNo) v "
+                       "WHERE (FirstDate = LastDate AND %2) OR (FirstDate <> LastDate AND VoucherType <> 'SV') "
+                       "ORDER BY VoucherType, VoucherNo")
+            .arg(sums, faulty),
+        {Ledger::kCashCode, Ledger::kCashCode});
+    QStringList twice;
+    QVariantList params{Ledger::kCashCode, Ledger::kCashCode};
+    for (const Row &r : numbers) {
+        if (r.date(2) == r.date(6)) {
+            voucherFaults(r, out);
+            continue;
         }
-        const bool cp = type == QLatin1String("CP");
-        const bool cr = type == QLatin1String("CR");
-        if ((cp || cr) && (r.integer(4) == 0 || (cp && r.integer(5) > 0) || (cr && r.integer(5) < 0))) {
-            Fault f = Faults::voucher(Kind::CashRow, r, 0);
-            f.account = Ledger::kCashCode;
-            f.text = cp ? QStringLiteral("Cash payment without its CASH IN HAND credit")
-                        : QStringLiteral("Cash receipt without its CASH IN HAND debit");
-            out.add(std::move(f));
+        Fault f = Faults::voucher(Kind::Duplicate, r, 0);
+        f.text = QStringLiteral("Vouchers on several dates share this number");
+        out.add(std::move(f));
+        if (twice.size() < 500) {
+            twice << QStringLiteral("(VoucherType = ? AND VoucherNo = ?)");
+            params << trimmed(r.text(0)) << r.integer(1);
         }
     }
+    if (twice.isEmpty())
+        return;
+    for (const Row &r : db.select(QStringLiteral("SELECT VoucherType, VoucherNo, VDate, Diff, CashRows, Cash FROM ("
+                                                 "SELECT VoucherType, VoucherNo, VDate, %1 FROM tblPartyBalance "
+                                                 "WHERE %2 GROUP BY VoucherType, VoucherNo, VDate) v WHERE %3 "
+                                                 "ORDER BY VoucherType, VoucherNo, VDate")
+                                      .arg(sums, twice.join(QStringLiteral(" OR ")), faulty),
+                                  params))
+        voucherFaults(r, out);
 }
 
 // The opening balances (JV 0, one row an account) balance together.
@@ -553,8 +591,8 @@ void services(SessionConnection &db, Faults &out)
 
 // ------------------------------------------------------------ numbers
 
-// No two documents share a number: a voucher number of a type on two
-// dates (a sale voucher's within its title), an invoice, challan or order
+// No two documents share a number (vouchers() sees the ledger's own): a
+// sale voucher's number of a title on two dates, an invoice, challan or order
 // number of a title on two dates or parties, and the documents numbered
 // over their own table.
 void duplicates(SessionConnection &db, Faults &out)
@@ -567,11 +605,6 @@ void duplicates(SessionConnection &db, Faults &out)
         QString what;
     };
     const QVector<Query> queries = {
-        {QString(),
-         QStringLiteral("SELECT VoucherType, VoucherNo, MIN(VDate), '', COUNT(DISTINCT VDate), 0 FROM tblPartyBalance "
-                        "WHERE VoucherType <> 'SV' AND NOT (VoucherType = 'JV' AND VoucherNo = 0) "
-                        "GROUP BY VoucherType, VoucherNo HAVING COUNT(DISTINCT VDate) > 1"),
-         QStringLiteral("vouchers")},
         {QString(),
          QStringLiteral("SELECT VoucherType, VoucherNo, MIN(VDate), COALESCE(RTRIM(CareOf), ''), COUNT(DISTINCT VDate), "
                         "0 FROM tblPartyBalance WHERE VoucherType = 'SV' "

@@ -173,6 +173,21 @@ const QMap<QString, Plant> &plants()
                         {a.integer(0), a.text(2), b.integer(0)});
              return Planted{Kind::Duplicate, QStringLiteral("CHALLAN"), a.integer(0), QDate(), QString()};
          }},
+        {QStringLiteral("posting in the closed period"), [](SessionConnection &db) {
+             // A balanced journal voucher of a fresh number, dated on the
+             // closing date, put in behind the rules' back.
+             const QDate closing = one(db, QStringLiteral("SELECT ClosingDate FROM tblClosingDate")).date(0);
+             const qint64 no = db.scalar(QStringLiteral("SELECT MAX(VoucherNo) FROM tblPartyBalance "
+                                                        "WHERE VoucherType = 'JV'")).toLongLong() + 1;
+             const QString code = journalDebit(db).text(3).trimmed();
+             const QString sql = QStringLiteral("INSERT INTO tblPartyBalance (VoucherType, VoucherNo, VDate, PartyCode, "
+                                                "PartyName, PartyDR, PartyCR, PartyBalance, PartyDesc) "
+                                                "VALUES ('JV', ?, ?, ?, 'X', ?, ?, ?, 'BACKDATED')");
+             db.execute(sql, {no, closing, code, 50, 0, 50});
+             db.execute(sql, {no, closing, QStringLiteral("19-10-001"), 0, 50, -50});
+             keepUp(db);
+             return Planted{Kind::Closed, QStringLiteral("JV"), no, closing, QString()};
+         }},
         {QStringLiteral("lines left in staging"), [](SessionConnection &db) {
              db.execute(QStringLiteral("INSERT INTO tblPartyBalanceEmpty (SrNo, VoucherType, VoucherNo, VDate, PartyCode, "
                                        "PartyName, PartyDR, PartyCR, PartyBalance, DBCR) VALUES (1, 'JV', 1, ?, "
