@@ -1,4 +1,5 @@
 // tessel-admin: lists, creates, upgrades and removes account years.
+#include "admin/BooksCheck.h"
 #include "admin/UserAccounts.h"
 #include "admin/YearBackup.h"
 #include "foundation/AccountYear.h"
@@ -166,6 +167,26 @@ int restoreCommand(const ConnectionProfile &profile, const QString &name, const 
     return 0;
 }
 
+// check NAME: the books check; each fault a line, exit status 3 when
+// there is one.
+int checkCommand(const ConnectionProfile &profile, const QString &name)
+{
+    auto s = SessionConnection::open(profile, name);
+    const BooksCheck::Result r = BooksCheck::run(*s);
+    QTextStream out(stdout);
+    for (const BooksCheck::Fault &f : r.faults) {
+        out << BooksCheck::kindName(f.kind).leftJustified(19) << " " << f.document().leftJustified(34) << " "
+            << f.account.leftJustified(9) << " " << f.text << "\n";
+    }
+    if (r.truncated > 0)
+        out << "... and " << r.truncated << " more faults not listed.\n";
+    const int count = r.faults.size() + r.truncated;
+    out << name << ": " << (count == 0 ? QStringLiteral("the books are whole")
+                        : count == 1 ? QStringLiteral("1 fault") : QStringLiteral("%1 faults").arg(count))
+        << " (" << r.checked.size() << " checks in " << QString::number(r.milliseconds / 1000.0, 'f', 1) << " s).\n";
+    return count == 0 ? 0 : 3;
+}
+
 } // namespace
 
 int main(int argc, char **argv)
@@ -189,6 +210,7 @@ int main(int argc, char **argv)
         "  user NAME add USER   a new user (--type administrator|common, common when left out)\n"
         "  user NAME passwd USER   sets a user's password\n"
         "  user NAME lock USER  keeps a user from logging on; unlock lets him in again\n"
+        "  check NAME           checks the books whole: each fault a line, exit status 3 when there is one\n"
         "The password of add and passwd is asked, or read from standard input with --password -."));
     parser.addHelpOption();
     parser.addVersionOption();
@@ -236,6 +258,8 @@ int main(int argc, char **argv)
 
         if (command == QLatin1String("users"))
             return usersCommand(profile, name);
+        if (command == QLatin1String("check"))
+            return checkCommand(profile, name);
         if (command == QLatin1String("user")) {
             if (args.size() < 4)
                 return fail(QStringLiteral("user needs the account-year name, an action (add, passwd, lock, unlock) "

@@ -1,4 +1,5 @@
 #include "admin/ui/frmBackup.h"
+#include "admin/ui/frmCheckBooks.h"
 #include "admin/ui/frmClosingDate.h"
 #include "admin/ui/frmIdentification.h"
 #include "admin/ui/frmRestore.h"
@@ -53,4 +54,6 @@ void registerAdminMenu(MenuRouter &router)
     router.on(QStringLiteral("mnuURestore"), [](MdiHost &host) {
         host.showScreen<frmRestore>(QStringLiteral("frmRestore"));
     });
+    router.on(QStringLiteral("mnuUCheckBooks"),
+              [](MdiHost &host) { host.showScreen<frmCheckBooks>(QStringLiteral("frmCheckBooks")); });
 }
