@@ -229,6 +229,33 @@ int LedgerWriter::removeZeroRows()
                            {});
 }
 
+int LedgerWriter::removeWhere(const QString &where, const QVariantList &params)
+{
+    // On a server the ledger is held against other writers between the
+    // sums and the removal, so that both see the same rows; the embedded
+    // store's write lock does the same.
+    if (m_db.isPostgres())
+        m_db.execute(QStringLiteral("LOCK TABLE tblPartyBalance IN SHARE ROW EXCLUSIVE MODE"));
+    const QueryResult sums = m_db.select(
+        QStringLiteral("SELECT RTRIM(PartyCode), COALESCE(Year(VDate) * 100 + Month(VDate), 0), "
+                       "COALESCE(SUM(CAST(ROUND(PartyDR * 100) AS BIGINT)), 0), "
+                       "COALESCE(SUM(CAST(ROUND(PartyCR * 100) AS BIGINT)), 0), "
+                       "COALESCE(SUM(CAST(ROUND(PartyBalance * 100) AS BIGINT)), 0), COUNT(*) "
+                       "FROM tblPartyBalance WHERE PartyCode IS NOT NULL AND (")
+            + where + QStringLiteral(") GROUP BY RTRIM(PartyCode), COALESCE(Year(VDate) * 100 + Month(VDate), 0)"),
+        params);
+    for (const Row &r : sums) {
+        KeptDelta &d = m_pending[{r.text(0), int(r.integer(1))}];
+        d.debitCents -= r.integer(2);
+        d.creditCents -= r.integer(3);
+        d.balanceCents -= r.integer(4);
+        d.rows -= r.integer(5);
+    }
+    const int removed = m_db.execute(QStringLiteral("DELETE FROM tblPartyBalance WHERE ") + where, params);
+    applyKept();
+    return removed;
+}
+
 void LedgerWriter::endBatch()
 {
     if (m_batchDepth > 0)
