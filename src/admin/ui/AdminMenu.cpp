@@ -1,4 +1,5 @@
 #include "admin/ui/frmClosingDate.h"
+#include "admin/ui/frmEndYearProcessing.h"
 #include "admin/ui/frmIdentification.h"
 #include "admin/ui/frmUser.h"
 #include "admin/ui/frmUserList.h"
@@ -35,6 +36,13 @@ void registerAdminMenu(MenuRouter &router)
         frmIdentification::open(host, GateButton::Closing, Identification::Texts::closingTitle(),
                                 Identification::Texts::closingWarning(), [](MdiHost &h) {
                                     h.showScreen<frmClosingDate>(QStringLiteral("frmClosingDate"));
+                                });
+    });
+    // End-year processing takes any valid user through the gate.
+    router.on(QStringLiteral("mnuEndYearProcessing"), [](MdiHost &host) {
+        frmIdentification::open(host, GateButton::EndYear, Identification::Texts::closingTitle(),
+                                Identification::Texts::closingWarning(), [](MdiHost &h) {
+                                    h.showScreen<frmEndYearProcessing>(QStringLiteral("frmEndYearProcessing"));
                                 });
     });
     router.on(QStringLiteral("mnuUNewUser"), [](MdiHost &host) { openNewUser(host); });
