@@ -123,8 +123,14 @@ Outcome accountsStep(SessionConnection &db, const Run &run, const Progress &prog
         report(progress, ++done, maximum);
     }
     writer.insertMany(inserts);
+    // Most of a large ledger going (a new year) is removed the quick way.
+    const qint64 total = db.scalar(QStringLiteral("SELECT COALESCE(SUM(RowCount), 0) FROM tblAccountBalance")).toLongLong();
+    const qint64 kept = db.scalar(QStringLiteral("SELECT COALESCE(SUM(RowCount), 0) FROM tblAccountMonthBalance "
+                                                 "WHERE YearMonth >= ? AND YearMonth <= ?"),
+                                  {run.from.year() * 100 + run.from.month(), run.to.year() * 100 + run.to.month()})
+                            .toLongLong();
     writer.removeWhere(QStringLiteral("(VDate < ? OR VDate > ?) AND NOT ") + OpeningBalance::rowCondition(),
-                       {run.from, run.to});
+                       {run.from, run.to}, kept < total / 2);
     writer.endBatch();
     report(progress, maximum, maximum);
     return Outcome::success(QStringLiteral("Accounts end year processing has been completed sucessfully."));

@@ -1,5 +1,6 @@
 #include "vouchers/LedgerWriter.h"
 
+#include "foundation/Schema.h"
 #include "foundation/SessionConnection.h"
 
 #include <QStringList>
@@ -229,7 +230,7 @@ int LedgerWriter::removeZeroRows()
                            {});
 }
 
-int LedgerWriter::removeWhere(const QString &where, const QVariantList &params)
+int LedgerWriter::removeWhere(const QString &where, const QVariantList &params, bool mostOfTheLedger)
 {
     // On a server the ledger is held against other writers between the
     // sums and the removal, so that both see the same rows; the embedded
@@ -251,7 +252,18 @@ int LedgerWriter::removeWhere(const QString &where, const QVariantList &params)
         d.balanceCents -= r.integer(4);
         d.rows -= r.integer(5);
     }
+    QVector<Schema::Index> dropped;
+    if (mostOfTheLedger && m_db.isSQLite()) {
+        for (const Schema::Index &ix : Schema::indexes()) {
+            if (ix.table.compare(QLatin1String("tblPartyBalance"), Qt::CaseInsensitive) != 0)
+                continue;
+            m_db.execute(QStringLiteral("DROP INDEX IF EXISTS ") + ix.name);
+            dropped.append(ix);
+        }
+    }
     const int removed = m_db.execute(QStringLiteral("DELETE FROM tblPartyBalance WHERE ") + where, params);
+    for (const Schema::Index &ix : dropped)
+        m_db.execute(Schema::createIndexSql(ix));
     applyKept();
     return removed;
 }

@@ -133,6 +133,13 @@ void TestNewYear::carriesEveryAccount()
                  count(*old, QStringLiteral("SELECT COUNT(*) FROM %1 WHERE %2 >= ?").arg(kTables[i], kDateColumns[i]),
                        {start}));
     }
+    // The ledger's indexes, dropped for the removal on the embedded store,
+    // stand again.
+    if (next->isSQLite())
+        QCOMPARE(count(*next, QStringLiteral("SELECT COUNT(*) FROM sqlite_master WHERE type = 'index' "
+                                             "AND tbl_name = 'tblPartyBalance' AND name LIKE 'ixPartyBalance%'")),
+                 count(*old, QStringLiteral("SELECT COUNT(*) FROM sqlite_master WHERE type = 'index' "
+                                            "AND tbl_name = 'tblPartyBalance' AND name LIKE 'ixPartyBalance%'")));
     QStringList differences;
     QVERIFY2(LedgerCheck::keptBalancesAgree(*next, &differences), qPrintable(differences.join(QStringLiteral("; "))));
 
