@@ -1,4 +1,5 @@
 #include "foundation/Schema.h"
+#include "foundation/EditLogSchema.h"
 #include "foundation/SessionConnection.h"
 
 #include <QDir>
@@ -137,6 +138,13 @@ const QVector<Table> &tables()
                   {T("TLClientName"), T("TLClientAddress"), T("TLClientPhone"), T("TLClientEmail"),
                    T("TLClientSaleTaxNo"), T("TLClientNTN"), D("SDate"), D("EDate"), I("InvoiceNo"),
                    I("VoucherNo"), K("PartyCode"), K("PartyName")}});
+        // The edit log: one row per insert, change or delete of a logged
+        // table (written by the database's triggers) and per step of a
+        // command that is not one row. Never changed or deleted.
+        t.append({QStringLiteral("tblEditLog"),
+                  {ID("LogNo"), T("LoggedAt"), D("LogDate"), K("UserName"), K("Workstation"), K("Change"),
+                   K("TableName"), T("What"), T("RowKey"), K("DocType"), I("DocNo"), D("DocDate"), K("DocTitle"),
+                   T("ValuesBefore"), T("ValuesAfter")}});
         return t;
     }();
     return all;
@@ -219,6 +227,9 @@ const QVector<Index> &indexes()
         {QStringLiteral("ixEmployeeSalaryNo"), QStringLiteral("tblEmployeeSalary"), QStringLiteral("VoucherNo"), false},
         // One register row per employee account.
         {QStringLiteral("uxEmployeeInfoCode"), QStringLiteral("tblEmployeeInfo"), QStringLiteral("EmployeeCode"), true},
+        // The edit log by day, and a document's history.
+        {QStringLiteral("ixEditLogDate"), QStringLiteral("tblEditLog"), QStringLiteral("LogDate"), false},
+        {QStringLiteral("ixEditLogDoc"), QStringLiteral("tblEditLog"), QStringLiteral("DocType, DocNo"), false},
     };
     return all;
 }
@@ -439,6 +450,7 @@ void ensure(SessionConnection &s)
                       .arg(ix.unique ? QStringLiteral("UNIQUE ") : QString(), ix.name, ix.table, ix.columns,
                            ix.where.isEmpty() ? QString() : QStringLiteral(" WHERE ") + ix.where));
     }
+    EditLogSchema::createTriggers(s);
     // Views are rebuilt from their files every time: drop in reverse order,
     // create in order (a view may stand on an earlier one).
     const QVector<ViewFile> views = viewFiles(QStringLiteral("views"), pg);

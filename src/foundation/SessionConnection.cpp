@@ -2,6 +2,8 @@
 #include "foundation/Schema.h"
 
 #include <QAtomicInteger>
+#include <QCoreApplication>
+#include <QSysInfo>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -195,6 +197,23 @@ void sqlReportDate(sqlite3_context *ctx, int, sqlite3_value **)
     sqlite3_result_text(ctx, t.constData(), t.size(), SQLITE_TRANSIENT);
 }
 
+// The edit log's triggers ask the connection who is working and whether
+// rows are logged.
+void sqlLogUser(sqlite3_context *ctx, int, sqlite3_value **)
+{
+    const QByteArray t = static_cast<const SessionConnection *>(sqlite3_user_data(ctx))->actorUser().toUtf8();
+    sqlite3_result_text(ctx, t.constData(), t.size(), SQLITE_TRANSIENT);
+}
+void sqlLogWorkstation(sqlite3_context *ctx, int, sqlite3_value **)
+{
+    const QByteArray t = static_cast<const SessionConnection *>(sqlite3_user_data(ctx))->actorWorkstation().toUtf8();
+    sqlite3_result_text(ctx, t.constData(), t.size(), SQLITE_TRANSIENT);
+}
+void sqlRowLog(sqlite3_context *ctx, int, sqlite3_value **)
+{
+    sqlite3_result_int(ctx, static_cast<const SessionConnection *>(sqlite3_user_data(ctx))->rowLogPaused() ? 0 : 1);
+}
+
 sqlite3 *sqliteHandle(QSqlDatabase &db)
 {
     QVariant v = db.driver()->handle();
@@ -313,6 +332,10 @@ std::unique_ptr<SessionConnection> SessionConnection::open(const ConnectionProfi
         auto destroy = [](void *p) { delete static_cast<PeriodRef *>(p); };
         sqlite3_create_function_v2(h, "ReportSDate", 0, SQLITE_UTF8, fromRef, sqlReportDate, nullptr, nullptr, destroy);
         sqlite3_create_function_v2(h, "ReportEDate", 0, SQLITE_UTF8, toRef, sqlReportDate, nullptr, nullptr, destroy);
+        sqlite3_create_function_v2(h, "TesselLogUser", 0, SQLITE_UTF8, s.get(), sqlLogUser, nullptr, nullptr, nullptr);
+        sqlite3_create_function_v2(h, "TesselLogWorkstation", 0, SQLITE_UTF8, s.get(), sqlLogWorkstation, nullptr,
+                                   nullptr, nullptr);
+        sqlite3_create_function_v2(h, "TesselRowLog", 0, SQLITE_UTF8, s.get(), sqlRowLog, nullptr, nullptr, nullptr);
         if (!s->m_readOnly)
             s->runDirect(QStringLiteral("PRAGMA journal_mode=WAL"));
         s->runDirect(QStringLiteral("PRAGMA synchronous=NORMAL"));
@@ -320,6 +343,8 @@ std::unique_ptr<SessionConnection> SessionConnection::open(const ConnectionProfi
         s->runDirect(QStringLiteral("PRAGMA cache_size=-65536"));
     }
     s->m_prepareSession = options.prepareSession;
+    s->m_actorUser = QCoreApplication::applicationName().toUpper();
+    s->m_actorWorkstation = QSysInfo::machineHostName().toUpper();
     s->setUpConnection();
     return s;
 }
@@ -333,6 +358,7 @@ void SessionConnection::setUpConnection()
         runDirect(QStringLiteral("SET client_min_messages TO WARNING"));
         if (m_reportFrom.isValid() || m_reportTo.isValid())
             setReportPeriod(m_reportFrom, m_reportTo);
+        applyActor();
     }
     if (m_prepareSession)
         prepareSession();
@@ -730,6 +756,39 @@ void SessionConnection::setReportPeriod(const QDate &from, const QDate &to)
                {from.isValid() ? from.toString(Qt::ISODate) : QString(QLatin1String("")),
                 to.isValid() ? to.toString(Qt::ISODate) : QString(QLatin1String(""))});
     }
+}
+
+void SessionConnection::setActor(const QString &user, const QString &workstation)
+{
+    m_actorUser = user.trimmed();
+    if (!workstation.trimmed().isEmpty())
+        m_actorWorkstation = workstation.trimmed();
+    if (isPostgres())
+        applyActor();
+}
+
+void SessionConnection::applyActor()
+{
+    select(QStringLiteral("SELECT set_config('tessel.user', ?, false), set_config('tessel.workstation', ?, false)"),
+           {m_actorUser, m_actorWorkstation});
+}
+
+// On the server the pause is a setting of the session; made inside a
+// transaction it ends with it, so a rolled-back pause never outlives it.
+void SessionConnection::pauseRowLog()
+{
+    if (++m_rowLogPauses == 1 && isPostgres())
+        select(m_depth > 0 ? QStringLiteral("SELECT set_config('tessel.nolog', '1', true)")
+                           : QStringLiteral("SELECT set_config('tessel.nolog', '1', false)"));
+}
+
+void SessionConnection::resumeRowLog()
+{
+    if (m_rowLogPauses <= 0)
+        return;
+    if (--m_rowLogPauses == 0 && isPostgres())
+        select(m_depth > 0 ? QStringLiteral("SELECT set_config('tessel.nolog', '', true)")
+                           : QStringLiteral("SELECT set_config('tessel.nolog', '', false)"));
 }
 
 // ---------------------------------------------------------------- Transaction

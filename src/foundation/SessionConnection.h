@@ -176,6 +176,20 @@ public:
     QDate reportFrom() const { return m_reportFrom; }
     QDate reportTo() const { return m_reportTo; }
 
+    // Who works through this connection, as the edit log's triggers write
+    // it beside every change: the user logged on and the workstation (the
+    // machine's name when none is given). Until a log-on it is the
+    // program's own name. Private to this connection.
+    void setActor(const QString &user, const QString &workstation = QString());
+    QString actorUser() const { return m_actorUser; }
+    QString actorWorkstation() const { return m_actorWorkstation; }
+    // The triggers log no row while paused (EditLog::BulkScope, which logs
+    // one step instead). Pauses nest; private to this connection and,
+    // on the server, ended with the transaction they were made in.
+    void pauseRowLog();
+    void resumeRowLog();
+    bool rowLogPaused() const { return m_rowLogPauses > 0; }
+
     // For tests: called with each statement before it runs; may throw
     // DbError to make that statement fail.
     void setStatementHook(std::function<void(const QString &sql)> hook) { m_hook = std::move(hook); }
@@ -225,6 +239,10 @@ private:
     // first statement on the year's own tables, never for private work).
     bool m_yearLocked = false;
     QHash<QString, bool> m_touchesYear;
+    QString m_actorUser;
+    QString m_actorWorkstation;
+    int m_rowLogPauses = 0;
+    void applyActor();
 };
 
 // Scoped transaction: rolls back unless commit() was called. Nested guards

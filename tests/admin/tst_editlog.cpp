@@ -1,0 +1,319 @@
+// The edit log on both engines: what a voucher's save, change and delete
+// leave in it, that a rolled-back save leaves nothing, that the database
+// refuses to change or delete a log row, that every logged table logs
+// through its triggers, the bulk pause, and that no password is copied.
+#include "admin/ClosingDate.h"
+#include "admin/EditLog.h"
+#include "admin/UserAccounts.h"
+#include "foundation/EditLogSchema.h"
+#include "foundation/Logon.h"
+#include "foundation/Schema.h"
+#include "foundation/SessionConnection.h"
+#include "support/TestDb.h"
+#include "vouchers/VoucherFixture.h"
+
+#include <QtTest>
+
+using namespace VoucherFixture;
+using TestDb::count;
+
+namespace {
+
+// "PartyDR=110.50; PartyCR=0.00" as a map.
+QMap<QString, QString> values(const QString &text)
+{
+    QMap<QString, QString> out;
+    for (const QString &part : text.split(QStringLiteral("; "), Qt::SkipEmptyParts)) {
+        const int eq = part.indexOf(QLatin1Char('='));
+        out.insert(part.left(eq), part.mid(eq + 1));
+    }
+    return out;
+}
+
+QVector<EditLog::Entry> ledgerEntries(SessionConnection &db, const QString &change)
+{
+    QVector<EditLog::Entry> out;
+    for (const EditLog::Entry &e : EditLog::entries(db, {}))
+        if (e.tableName == QLatin1String("tblPartyBalance") && e.change == change)
+            out << e;
+    return out;
+}
+
+int logRows(SessionConnection &db) { return count(db, QStringLiteral("SELECT COUNT(*) FROM tblEditLog")); }
+
+} // namespace
+
+class TestEditLog : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void voucherSaveModifyDelete_data() { TestDb::addBackends(); }
+    void voucherSaveModifyDelete();
+    void rolledBackSaveLeavesNoRow_data() { TestDb::addBackends(); }
+    void rolledBackSaveLeavesNoRow();
+    void logRowsAreKept_data();
+    void logRowsAreKept();
+    void everyLoggedTableLogs_data() { TestDb::addBackends(); }
+    void everyLoggedTableLogs();
+    void bulkScopeLogsTheStepAlone_data() { TestDb::addBackends(); }
+    void bulkScopeLogsTheStepAlone();
+    void passwordsAndStampsStayOut_data() { TestDb::addBackends(); }
+    void passwordsAndStampsStayOut();
+};
+
+void TestEditLog::voucherSaveModifyDelete()
+{
+    TESSEL_YEAR(year);
+    auto db = year.connect();
+    auto other = year.connect();
+    addAccounts(*db);
+    db->setActor(QStringLiteral("CLERK"), QStringLiteral("DESK-1"));
+    other->setActor(QStringLiteral("OWNER"), QStringLiteral("DESK-2"));
+
+    const VoucherKey key{QStringLiteral("CP"), 1, kDay};
+    QVERIFY(stageAndSave(*db, key,
+                         {line("21-10-001", "ELECTRICITY", m("110.5"), "DR"),
+                          line("14-10-001", "PAPER HOUSE", m("40"), "DR", QStringLiteral("PAPER"))})
+                .ok);
+    const auto inserted = ledgerEntries(*db, QStringLiteral("INSERT"));
+    QCOMPARE(inserted.size(), 3); // two lines and the cash row
+    for (const EditLog::Entry &e : inserted) {
+        QCOMPARE(e.userName, QStringLiteral("CLERK"));
+        QCOMPARE(e.workstation, QStringLiteral("DESK-1"));
+        QCOMPARE(e.docType, QStringLiteral("CP"));
+        QCOMPARE(e.docNo, std::optional<qint64>(1));
+        QCOMPARE(e.docDate, kDay);
+        QCOMPARE(e.logDate, QDate::currentDate());
+        QVERIFY(e.before.isEmpty());
+    }
+    const auto first = values(inserted[0].after);
+    QCOMPARE(first.value(QStringLiteral("PartyCode")), QStringLiteral("21-10-001"));
+    QCOMPARE(first.value(QStringLiteral("PartyDR")), QStringLiteral("110.50"));
+    QCOMPARE(first.value(QStringLiteral("PartyBalance")), QStringLiteral("110.50"));
+    QCOMPARE(first.value(QStringLiteral("VDate")), QStringLiteral("09/03/2026"));
+    QCOMPARE(inserted[0].rowKey, first.value(QStringLiteral("SrNo")));
+    QCOMPARE(values(inserted[2].after).value(QStringLiteral("PartyCR")), QStringLiteral("150.50"));
+
+    // The change is made on the other workstation: its own user is logged.
+    VoucherStaging st(*other);
+    st.loadVoucher(key);
+    auto lines = st.lines();
+    QVERIFY(st.changeLine(lines[0].srNo, key, line("21-10-001", "ELECTRICITY", m("120"), "DR")));
+    QVERIFY(st.removeLine(lines[1].srNo));
+    QVERIFY(VoucherPosting(*other, QStringLiteral("OWNER"), kToday).saveModified(key, key).ok);
+
+    const auto updated = ledgerEntries(*db, QStringLiteral("UPDATE"));
+    QCOMPARE(updated.size(), 2); // the line and the cash row
+    const auto lineBefore = values(updated[0].before);
+    const auto lineAfter = values(updated[0].after);
+    QCOMPARE(updated[0].userName, QStringLiteral("OWNER"));
+    QCOMPARE(updated[0].workstation, QStringLiteral("DESK-2"));
+    QCOMPARE(lineBefore.value(QStringLiteral("PartyDR")), QStringLiteral("110.50"));
+    QCOMPARE(lineAfter.value(QStringLiteral("PartyDR")), QStringLiteral("120.00"));
+    QVERIFY(!lineAfter.contains(QStringLiteral("PartyCode"))); // a change lists what it moved
+    const auto cashAfter = values(updated[1].after);
+    QCOMPARE(cashAfter.value(QStringLiteral("PartyCR")), QStringLiteral("120.00"));
+    QCOMPARE(values(updated[1].before).value(QStringLiteral("PartyCR")), QStringLiteral("150.50"));
+
+    const auto removedLine = ledgerEntries(*db, QStringLiteral("DELETE"));
+    QCOMPARE(removedLine.size(), 1);
+    QCOMPARE(values(removedLine[0].before).value(QStringLiteral("PartyDesc")), QStringLiteral("PAPER"));
+    QCOMPARE(values(removedLine[0].before).value(QStringLiteral("PartyDR")), QStringLiteral("40.00"));
+    QVERIFY(removedLine[0].after.isEmpty());
+
+    VoucherStaging(*db).loadVoucher(key);
+    QVERIFY(VoucherPosting(*db, kUser, kToday).deleteVoucher(key).ok);
+    const auto deleted = ledgerEntries(*db, QStringLiteral("DELETE"));
+    QCOMPARE(deleted.size(), 3);
+    QCOMPARE(values(deleted[1].before).value(QStringLiteral("PartyDR")), QStringLiteral("120.00"));
+    QCOMPARE(values(deleted[2].before).value(QStringLiteral("PartyCode")), QStringLiteral("19-10-001"));
+    QCOMPARE(deleted[2].userName, QStringLiteral("CLERK"));
+
+    // A document's history: the filter by type and number.
+    EditLog::Filter f;
+    f.docType = QStringLiteral("CP");
+    f.docNo = 1;
+    QCOMPARE(EditLog::entries(*db, f).size(), 3 + 2 + 1 + 2);
+    f.docNo = 2;
+    QVERIFY(EditLog::entries(*db, f).isEmpty());
+}
+
+void TestEditLog::rolledBackSaveLeavesNoRow()
+{
+    TESSEL_YEAR(year);
+    auto db = year.connect();
+    addAccounts(*db);
+    const int before = logRows(*db);
+    VoucherStaging st(*db);
+    const VoucherKey key{QStringLiteral("CR"), 1, kDay};
+    qint64 sr = 0;
+    st.addLine(key, line("17-10-001", "CRESCENT TEXTILES", m("70"), "CR"), sr);
+    bool fired = false;
+    db->setStatementHook([&](const QString &sql) {
+        if (sql.startsWith(QLatin1String("DELETE FROM tblPartyBalanceEmpty"))) { // after the rows went in
+            fired = true;
+            throw DbError(QStringLiteral("disk full"), sql);
+        }
+    });
+    QVERIFY_THROWS_EXCEPTION(DbError, VoucherPosting(*db, kUser, kToday).saveNew(key, NumberPolicy::Proposed));
+    db->setStatementHook({});
+    QVERIFY(fired);
+    QCOMPARE(count(*db, QStringLiteral("SELECT COUNT(*) FROM tblPartyBalance")), 0);
+    QCOMPARE(logRows(*db), before);
+}
+
+void TestEditLog::logRowsAreKept_data()
+{
+    QTest::addColumn<QString>("backend");
+    QTest::addColumn<QString>("statement");
+    for (const char *b : {"sqlite", "postgres"}) {
+        const QString be = QString::fromLatin1(b);
+        QTest::newRow(qPrintable(be + " update")) << be << "UPDATE tblEditLog SET ValuesAfter = 'PartyDR=1.00'";
+        QTest::newRow(qPrintable(be + " update of one row")) << be << "UPDATE tblEditLog SET UserName = 'NOBODY' WHERE LogNo = 1";
+        QTest::newRow(qPrintable(be + " delete")) << be << "DELETE FROM tblEditLog";
+    }
+    QTest::newRow("postgres truncate") << "postgres" << "TRUNCATE tblEditLog";
+}
+
+void TestEditLog::logRowsAreKept()
+{
+    QFETCH(QString, statement);
+    TESSEL_YEAR(year);
+    auto db = year.connect();
+    addAccounts(*db);
+    const int rows = logRows(*db);
+    QVERIFY(rows >= 5);
+    const QString first = db->scalar(QStringLiteral("SELECT ValuesAfter FROM tblEditLog WHERE LogNo = 1")).toString();
+    try {
+        db->execute(statement);
+        QFAIL("the database let a log row change");
+    } catch (const DbError &e) {
+        QVERIFY2(e.driverText().contains(QLatin1String(EditLogSchema::kRefusal)), qPrintable(e.driverText()));
+    }
+    QCOMPARE(logRows(*db), rows);
+    QCOMPARE(db->scalar(QStringLiteral("SELECT ValuesAfter FROM tblEditLog WHERE LogNo = 1")).toString(), first);
+}
+
+// Each listed table's triggers run on this engine: a row written, changed
+// and deleted leaves three log rows naming it.
+void TestEditLog::everyLoggedTableLogs()
+{
+    TESSEL_YEAR(year);
+    auto db = year.connect();
+    for (const EditLogSchema::LoggedTable &t : EditLogSchema::loggedTables()) {
+        const Schema::Table *s = Schema::findTable(t.table);
+        QVERIFY(s);
+        QString text;
+        for (const Schema::Column &c : s->columns)
+            if (c.type == Schema::Type::Text || c.type == Schema::Type::Key)
+                if (!t.quiet.contains(c.name) && !t.secret.contains(c.name) && text.isEmpty())
+                    text = c.name;
+        if (text.isEmpty())
+            continue; // the closing date, below
+        const int before = logRows(*db);
+        Transaction tx(*db);
+        db->execute(QStringLiteral("INSERT INTO %1 (%2) VALUES ('A')").arg(t.table, text));
+        db->execute(QStringLiteral("UPDATE %1 SET %2 = 'B' WHERE %2 = 'A'").arg(t.table, text));
+        db->execute(QStringLiteral("DELETE FROM %1 WHERE %2 = 'B'").arg(t.table, text));
+        tx.commit();
+        const auto rows = db->select(QStringLiteral("SELECT Change, What, ValuesBefore, ValuesAfter FROM tblEditLog "
+                                                    "WHERE TableName = ? AND LogNo > (SELECT MAX(LogNo) - 3 FROM tblEditLog) "
+                                                    "ORDER BY LogNo"),
+                                     {t.table});
+        QVERIFY2(logRows(*db) == before + 3, qPrintable(t.table));
+        QCOMPARE(rows.size(), 3);
+        QCOMPARE(rows.at(0).text(0).trimmed(), QStringLiteral("INSERT"));
+        QCOMPARE(rows.at(1).text(0).trimmed(), QStringLiteral("UPDATE"));
+        QCOMPARE(rows.at(2).text(0).trimmed(), QStringLiteral("DELETE"));
+        QCOMPARE(rows.at(0).text(1), t.what);
+        QVERIFY2(rows.at(0).text(3).contains(text + QStringLiteral("=A")), qPrintable(rows.at(0).text(3)));
+        QCOMPARE(rows.at(1).text(2), text + QStringLiteral("=A"));
+        QCOMPARE(rows.at(1).text(3), text + QStringLiteral("=B"));
+        QVERIFY(rows.at(2).text(2).contains(text + QStringLiteral("=B")));
+    }
+    // The closing date is logged as a document of its own, with its date.
+    QVERIFY(ClosingDate::set(*db, QDate(2026, 1, 31)).ok);
+    EditLog::Filter f;
+    f.docType = QStringLiteral("CLOSING DATE");
+    const auto closing = EditLog::entries(*db, f);
+    QVERIFY(!closing.isEmpty());
+    QCOMPARE(closing.last().docDate, QDate(2026, 1, 31));
+}
+
+void TestEditLog::bulkScopeLogsTheStepAlone()
+{
+    TESSEL_YEAR(year);
+    auto db = year.connect();
+    auto other = year.connect();
+    addAccounts(*db);
+    const int before = logRows(*db);
+    {
+        Transaction tx(*db);
+        EditLog::BulkScope bulk(*db);
+        db->execute(QStringLiteral("DELETE FROM tblPartyInfo WHERE PartyCode LIKE '21-%'"));
+        EditLog::logStep(*db, QStringLiteral("END YEAR"), std::nullopt, QDate(2026, 12, 31), QString(),
+                         QStringLiteral("EXPENSE ACCOUNTS CUT"), QStringLiteral("2 accounts"), QString());
+        tx.commit();
+    }
+    QCOMPARE(logRows(*db), before + 1);
+    const EditLog::Entry step = EditLog::entries(*db, {}).last();
+    QCOMPARE(step.change, EditLog::stepChange());
+    QCOMPARE(step.what, QStringLiteral("EXPENSE ACCOUNTS CUT"));
+    QCOMPARE(step.docDate, QDate(2026, 12, 31));
+    QVERIFY(!step.docNo);
+
+    // A pause rolled back with its work leaves nothing, and ends.
+    {
+        Transaction tx(*db);
+        EditLog::BulkScope bulk(*db);
+        // Meanwhile another workstation is logged as ever.
+        other->execute(QStringLiteral("UPDATE tblPartyInfo SET PartyDesc = 'X' WHERE PartyCode = '17-10-001'"));
+        EditLog::logStep(*db, QStringLiteral("END YEAR"), 1, QDate(), QString(), QStringLiteral("LOST"), QString(),
+                         QString());
+    }
+    QCOMPARE(logRows(*db), before + 2);
+    db->execute(QStringLiteral("UPDATE tblPartyInfo SET PartyDesc = 'Y' WHERE PartyCode = '17-10-001'"));
+    QCOMPARE(logRows(*db), before + 3);
+    QVERIFY(!db->rowLogPaused());
+}
+
+void TestEditLog::passwordsAndStampsStayOut()
+{
+    TESSEL_YEAR(year);
+    auto db = year.connect();
+    const UserAccounts::Actor admin{QStringLiteral("ADMIN"), UserAccounts::administrator()};
+    QVERIFY(UserAccounts::createUser(*db, admin, QStringLiteral("CLERK"), QStringLiteral("first pass"),
+                                     UserAccounts::commonUser())
+                .ok);
+    const QString firstHash = db->scalar(QStringLiteral("SELECT Password FROM tblLogon WHERE UserName = 'CLERK'")).toString();
+    QVERIFY(UserAccounts::changePassword(*db, admin, QStringLiteral("CLERK"), QString(), QStringLiteral("second"),
+                                         QStringLiteral("second"))
+                .ok);
+    const int rows = logRows(*db);
+    QVERIFY(Logon::check(*db, QStringLiteral("CLERK"), QStringLiteral("second")).ok); // stamps the log-on
+    QCOMPARE(logRows(*db), rows);
+
+    EditLog::Filter f;
+    f.docType = QStringLiteral("USER");
+    const auto users = EditLog::entries(*db, f);
+    QVector<EditLog::Entry> clerk;
+    for (const EditLog::Entry &e : users)
+        if (e.rowKey == QLatin1String("CLERK"))
+            clerk << e;
+    QCOMPARE(clerk.size(), 2);
+    QCOMPARE(values(clerk[0].after).value(QStringLiteral("Password")), QStringLiteral("(set)"));
+    QCOMPARE(values(clerk[0].after).value(QStringLiteral("UserType")), UserAccounts::commonUser());
+    QCOMPARE(clerk[1].change, QStringLiteral("UPDATE"));
+    QCOMPARE(clerk[1].after, QStringLiteral("Password=(changed)"));
+    const QString secondHash = db->scalar(QStringLiteral("SELECT Password FROM tblLogon WHERE UserName = 'CLERK'")).toString();
+    QCOMPARE(count(*db,
+                   QStringLiteral("SELECT COUNT(*) FROM tblEditLog WHERE ValuesBefore LIKE ? OR ValuesAfter LIKE ? "
+                                  "OR ValuesBefore LIKE ? OR ValuesAfter LIKE ?"),
+                   {QLatin1Char('%') + firstHash + QLatin1Char('%'), QLatin1Char('%') + firstHash + QLatin1Char('%'),
+                    QLatin1Char('%') + secondHash + QLatin1Char('%'), QLatin1Char('%') + secondHash + QLatin1Char('%')}),
+             0);
+}
+
+QTEST_GUILESS_MAIN(TestEditLog)
+#include "tst_editlog.moc"
