@@ -2,6 +2,7 @@
 
 #include "accounts/AccountRules.h"
 #include "accounts/OpeningBalance.h"
+#include "admin/EditLog.h"
 #include "foundation/DateRules.h"
 #include "foundation/Lookups.h"
 #include "foundation/SessionConnection.h"
@@ -297,6 +298,8 @@ Outcome runStep(SessionConnection &db, Step step, const Run &run, const Progress
     if (!period)
         return period;
     Transaction tx(db);
+    // A step is logged as one step, not row by row.
+    EditLog::BulkScope quiet(db);
     const StepInfo &s = info(step);
     Outcome out;
     if (step == Step::Accounts)
@@ -307,6 +310,11 @@ Outcome runStep(SessionConnection &db, Step step, const Run &run, const Progress
         out = tableStep(db, s, run, progress);
     if (!out)
         return out;
+    EditLog::logStep(db, QStringLiteral("END YEAR"), std::nullopt, run.from, s.caption,
+                     QStringLiteral("END YEAR ") + s.caption,
+                     QStringLiteral("PERIOD %1 TO %2").arg(run.from.toString(QStringLiteral("dd/MM/yyyy")),
+                                                           run.to.toString(QStringLiteral("dd/MM/yyyy"))),
+                     out.message);
     tx.commit();
     return out;
 }

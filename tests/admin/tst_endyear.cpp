@@ -154,6 +154,9 @@ void TestEndYear::accountsCarryBalances()
              1);
     QCOMPARE(count(*db, QStringLiteral("SELECT COUNT(*) FROM tblPartyBalance")), 6);
     verifyKept(*db);
+    // The edit log holds the step as one row, not each row it removed.
+    QCOMPARE(count(*db, QStringLiteral("SELECT COUNT(*) FROM tblEditLog WHERE Change = 'STEP'")), 1);
+    QCOMPARE(count(*db, QStringLiteral("SELECT COUNT(*) FROM tblEditLog WHERE Change = 'DELETE'")), 0);
 
     // The same dates again leave the same rows.
     const QStringList once = ledger(*db);
