@@ -76,6 +76,13 @@ QueryResult accountsWithOpeningRow(SessionConnection &db)
         "AND PB.VoucherNo = 0 AND PB.PartyDesc = 'OPENING BALANCE') ORDER BY PI.PartyName"));
 }
 
+QueryResult allRows(SessionConnection &db)
+{
+    return db.select(QStringLiteral("SELECT SrNo, RTRIM(PartyCode) AS PartyCode, PartyName, VDate, PartyDR, PartyCR, "
+                                    "PartyBalance FROM tblPartyBalance WHERE ")
+                     + rowCondition() + QStringLiteral(" ORDER BY RTRIM(PartyCode), SrNo"));
+}
+
 Outcome checkRow(SessionConnection &db, const QString &code, const QDate &date, Money debit, Money credit,
                  const QString &dateField, const QString &amountField, const QString &chartCode)
 {

@@ -81,4 +81,17 @@ Outcome checkRow(SessionConnection &db, const QString &code, const QDate &date, 
 bool rewriteRow(SessionConnection &db, const QString &code, const QDate &date, Money debit, Money credit,
                 const QString &user, const QDate &today);
 
+// The condition that tells an opening row, for a rule that keeps or
+// gathers them in bulk; NOT of it holds for every other row, a row
+// without narration included.
+inline QString rowCondition()
+{
+    return QStringLiteral("(VoucherType = 'JV' AND VoucherNo = 0 AND COALESCE(PartyDesc, '') = 'OPENING BALANCE')");
+}
+
+// Every opening row of the year, in code then SrNo order: SrNo, PartyCode
+// (without trailing blanks), PartyName, VDate, PartyDR, PartyCR,
+// PartyBalance.
+QueryResult allRows(SessionConnection &db);
+
 } // namespace OpeningBalance

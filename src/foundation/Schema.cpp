@@ -366,6 +366,13 @@ VersionCheck compareStamp(const QString &stored, const QString &client)
     return VersionCheck::Current;
 }
 
+QString createIndexSql(const Index &ix)
+{
+    return QStringLiteral("CREATE %1INDEX IF NOT EXISTS %2 ON %3 (%4)%5")
+        .arg(ix.unique ? QStringLiteral("UNIQUE ") : QString(), ix.name, ix.table, ix.columns,
+             ix.where.isEmpty() ? QString() : QStringLiteral(" WHERE ") + ix.where);
+}
+
 QString ledgerMonthTotalsSql()
 {
     return QStringLiteral(

@@ -53,6 +53,8 @@ const QVector<Table> &tables();          // permanent tables
 const QVector<Table> &stagingTables();   // private to each session
 const QVector<Index> &indexes();
 const Table *findTable(const QString &name);
+// The statement that makes an index, as ensure() makes it.
+QString createIndexSql(const Index &index);
 
 // Column type as written in this engine's DDL.
 QString columnSql(const Column &c, bool postgres, bool staging);

@@ -1,5 +1,6 @@
 #include "vouchers/LedgerWriter.h"
 
+#include "foundation/Schema.h"
 #include "foundation/SessionConnection.h"
 
 #include <QStringList>
@@ -227,6 +228,44 @@ int LedgerWriter::removeZeroRows()
     return removeReturning(QStringLiteral("DELETE FROM tblPartyBalance WHERE PartyDR = 0 AND PartyCR = 0 "
                                           "AND PartyBalance = 0 AND VoucherType <> 'JV'"),
                            {});
+}
+
+int LedgerWriter::removeWhere(const QString &where, const QVariantList &params, bool mostOfTheLedger)
+{
+    // On a server the ledger is held against other writers between the
+    // sums and the removal, so that both see the same rows; the embedded
+    // store's write lock does the same.
+    if (m_db.isPostgres())
+        m_db.execute(QStringLiteral("LOCK TABLE tblPartyBalance IN SHARE ROW EXCLUSIVE MODE"));
+    const QueryResult sums = m_db.select(
+        QStringLiteral("SELECT RTRIM(PartyCode), COALESCE(Year(VDate) * 100 + Month(VDate), 0), "
+                       "COALESCE(SUM(CAST(ROUND(PartyDR * 100) AS BIGINT)), 0), "
+                       "COALESCE(SUM(CAST(ROUND(PartyCR * 100) AS BIGINT)), 0), "
+                       "COALESCE(SUM(CAST(ROUND(PartyBalance * 100) AS BIGINT)), 0), COUNT(*) "
+                       "FROM tblPartyBalance WHERE PartyCode IS NOT NULL AND (")
+            + where + QStringLiteral(") GROUP BY RTRIM(PartyCode), COALESCE(Year(VDate) * 100 + Month(VDate), 0)"),
+        params);
+    for (const Row &r : sums) {
+        KeptDelta &d = m_pending[{r.text(0), int(r.integer(1))}];
+        d.debitCents -= r.integer(2);
+        d.creditCents -= r.integer(3);
+        d.balanceCents -= r.integer(4);
+        d.rows -= r.integer(5);
+    }
+    QVector<Schema::Index> dropped;
+    if (mostOfTheLedger && m_db.isSQLite()) {
+        for (const Schema::Index &ix : Schema::indexes()) {
+            if (ix.table.compare(QLatin1String("tblPartyBalance"), Qt::CaseInsensitive) != 0)
+                continue;
+            m_db.execute(QStringLiteral("DROP INDEX IF EXISTS ") + ix.name);
+            dropped.append(ix);
+        }
+    }
+    const int removed = m_db.execute(QStringLiteral("DELETE FROM tblPartyBalance WHERE ") + where, params);
+    for (const Schema::Index &ix : dropped)
+        m_db.execute(Schema::createIndexSql(ix));
+    applyKept();
+    return removed;
 }
 
 void LedgerWriter::endBatch()

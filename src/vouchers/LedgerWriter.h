@@ -66,6 +66,14 @@ public:
     // Removes the rows of every type but JV that carry nothing (0, 0, 0),
     // as a deleted voucher leaves them; returns how many.
     int removeZeroRows();
+    // Removes every row matching `where`, a fixed condition of the caller's
+    // with its values in `params` (never a value written into it), and
+    // takes them off the kept balances by their sums, without reading the
+    // rows one by one: the path for removing a large part of a year.
+    // Returns how many rows went. When `mostOfTheLedger`, the embedded
+    // store drops the ledger's indexes for the removal and makes them again
+    // after it, in the same transaction: far less to write when most rows go.
+    int removeWhere(const QString &where, const QVariantList &params, bool mostOfTheLedger = false);
     // Moves every row of the account `oldCode` to `newCode` under
     // `newName` (a name change alone when the codes are the same), and the
     // account's kept balances with them. Returns how many rows moved.

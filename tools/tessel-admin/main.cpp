@@ -1,5 +1,6 @@
 // tessel-admin: lists, creates, upgrades and removes account years.
 #include "admin/BooksCheck.h"
+#include "admin/NewYear.h"
 #include "admin/UserAccounts.h"
 #include "admin/YearBackup.h"
 #include "foundation/AccountYear.h"
@@ -187,6 +188,49 @@ int checkCommand(const ConnectionProfile &profile, const QString &name)
     return count == 0 ? 0 : 3;
 }
 
+// new-year NAME --to NEXT --from DD/MM/YYYY: the next year as a copy of
+// NAME cut to the rows from its first day on, and the carry compared
+// account by account.
+int newYearCommand(const ConnectionProfile &profile, const QString &name, const QString &to, const QString &from,
+                   bool carryProfit, bool listAll)
+{
+    NewYear::Request r;
+    r.fromYear = name;
+    r.toYear = to.isEmpty() ? NewYear::proposedName(name) : to;
+    r.start = QDate::fromString(from, QStringLiteral("dd/MM/yyyy"));
+    if (!r.start.isValid())
+        return fail(QStringLiteral("--from must be the new year's first day, a real date written dd/mm/yyyy."), 2);
+    r.carryProfit = carryProfit;
+    r.user = QStringLiteral("tessel-admin");
+    r.today = QDate::currentDate();
+    QTextStream err(stderr);
+    NewYear::Result result;
+    const Outcome out = NewYear::make(profile, r, result, [&](int percent, const QString &what) {
+        err << QStringLiteral("%1% %2").arg(percent, 3).arg(what) << "\n";
+        err.flush();
+    });
+    if (!out.ok)
+        return fail(out.message, 1);
+    QTextStream o(stdout);
+    o << QStringLiteral("%1 %2 %3 %4 %5\n")
+             .arg(QStringLiteral("CODE").leftJustified(10), QStringLiteral("ACCOUNT").leftJustified(30),
+                  QStringLiteral("CLOSING").rightJustified(18), QStringLiteral("OPENING").rightJustified(18),
+                  QStringLiteral("DIFFERENCE").rightJustified(18));
+    for (const NewYear::CarryLine &l : result.lines) {
+        if (!listAll && l.difference().isZero())
+            continue;
+        o << QStringLiteral("%1 %2 %3 %4 %5\n")
+                 .arg(l.code.leftJustified(10), l.name.left(30).leftJustified(30),
+                      l.closing.toDisplayString().rightJustified(18), l.opening.toDisplayString().rightJustified(18),
+                      l.difference().toDisplayString().rightJustified(18));
+    }
+    o << QStringLiteral("%1 %2 %3\n")
+             .arg(QStringLiteral("TOTAL").leftJustified(41), result.closingTotal.toDisplayString().rightJustified(18),
+                  result.openingTotal.toDisplayString().rightJustified(18));
+    o << out.message << "\n";
+    return 0;
+}
+
 } // namespace
 
 int main(int argc, char **argv)
@@ -211,6 +255,9 @@ int main(int argc, char **argv)
         "  user NAME passwd USER   sets a user's password\n"
         "  user NAME lock USER  keeps a user from logging on; unlock lets him in again\n"
         "  check NAME           checks the books whole: each fault a line, exit status 3 when there is one\n"
+        "  new-year NAME --to NEXT --from DD/MM/YYYY   the next year: a copy of NAME from that day on, with the\n"
+        "                       balances before it carried into opening rows (--profit-and-loss also carries the\n"
+        "                       result to 20-01-001; --all lists every account, not only differences)\n"
         "The password of add and passwd is asked, or read from standard input with --password -."));
     parser.addHelpOption();
     parser.addVersionOption();
@@ -226,8 +273,14 @@ int main(int argc, char **argv)
     QCommandLineOption typeOpt(QStringLiteral("type"), QStringLiteral("Type of a new user: administrator or common."), QStringLiteral("type"));
     parser.addOptions({profileOpt, configOpt, userOpt, passwordOpt, closingOpt, companyOpt, yesOpt, rowsOpt, seedOpt, typeOpt});
     QCommandLineOption outOpt(QStringLiteral("out"), QStringLiteral("backup: the backup file to write."), QStringLiteral("file"));
-    QCommandLineOption fromOpt(QStringLiteral("from"), QStringLiteral("restore: the backup file to read."), QStringLiteral("file"));
+    QCommandLineOption fromOpt(QStringLiteral("from"),
+                               QStringLiteral("restore: the backup file to read; new-year: the new year's first day, dd/mm/yyyy."),
+                               QStringLiteral("file|date"));
     parser.addOptions({outOpt, fromOpt});
+    QCommandLineOption newYearToOpt(QStringLiteral("to"), QStringLiteral("Name of the new year (new-year; default: the next number)."), QStringLiteral("name"));
+    QCommandLineOption carryProfitOpt(QStringLiteral("profit-and-loss"), QStringLiteral("Also carry the result to 20-01-001 (new-year)."));
+    QCommandLineOption listAllOpt(QStringLiteral("all"), QStringLiteral("List every account's carry (new-year)."));
+    parser.addOptions({newYearToOpt, carryProfitOpt, listAllOpt});
     parser.addPositionalArgument(QStringLiteral("command"), QStringLiteral("list, create, upgrade, drop, demo, users or user"));
     parser.addPositionalArgument(QStringLiteral("name"), QStringLiteral("Account-year name, beginning with Tessel"), QStringLiteral("[name]"));
     parser.process(app);
@@ -286,6 +339,9 @@ int main(int argc, char **argv)
             return demoCommand(profile, name, password, parser.value(rowsOpt).toLongLong(),
                                parser.value(seedOpt).toUInt(), parser.value(companyOpt));
         }
+        if (command == QLatin1String("new-year"))
+            return newYearCommand(profile, name, parser.value(newYearToOpt), parser.value(fromOpt),
+                                  parser.isSet(carryProfitOpt), parser.isSet(listAllOpt));
         if (command == QLatin1String("upgrade")) {
             auto s = SessionConnection::open(profile, name);
             const QString stamp = Schema::storedStamp(*s);

@@ -1,6 +1,7 @@
 #include "admin/ui/frmBackup.h"
 #include "admin/ui/frmCheckBooks.h"
 #include "admin/ui/frmClosingDate.h"
+#include "admin/ui/frmEndYearProcessing.h"
 #include "admin/ui/frmIdentification.h"
 #include "admin/ui/frmRestore.h"
 #include "admin/ui/frmUser.h"
@@ -38,6 +39,13 @@ void registerAdminMenu(MenuRouter &router)
         frmIdentification::open(host, GateButton::Closing, Identification::Texts::closingTitle(),
                                 Identification::Texts::closingWarning(), [](MdiHost &h) {
                                     h.showScreen<frmClosingDate>(QStringLiteral("frmClosingDate"));
+                                });
+    });
+    // End-year processing takes any valid user through the gate.
+    router.on(QStringLiteral("mnuEndYearProcessing"), [](MdiHost &host) {
+        frmIdentification::open(host, GateButton::EndYear, Identification::Texts::closingTitle(),
+                                Identification::Texts::closingWarning(), [](MdiHost &h) {
+                                    h.showScreen<frmEndYearProcessing>(QStringLiteral("frmEndYearProcessing"));
                                 });
     });
     router.on(QStringLiteral("mnuUNewUser"), [](MdiHost &host) { openNewUser(host); });

@@ -1,0 +1,228 @@
+// The next year made from a demonstration year: the old year stays whole,
+// the new one holds the rows from its first day on and every account's
+// opening equals its closing before, to the cent.
+#include "support/TestDb.h"
+
+#include "admin/ClosingDate.h"
+#include "admin/NewYear.h"
+#include "foundation/AccountYear.h"
+#include "vouchers/DemoGenerator.h"
+#include "vouchers/LedgerCheck.h"
+
+#include <QtTest>
+
+using TestDb::count;
+
+namespace {
+
+// Drops the year of that name when the test ends, whatever happened.
+struct DropAtEnd
+{
+    ConnectionProfile profile;
+    QString name;
+    ~DropAtEnd()
+    {
+        try {
+            if (AccountYear::exists(profile, name))
+                AccountYear::drop(profile, name);
+        } catch (...) {
+        }
+    }
+};
+
+// Each account's balance before `day` summed from the rows themselves.
+QMap<QString, Money> rowBalances(SessionConnection &db, const QDate &day)
+{
+    QMap<QString, Money> out;
+    for (const Row &r : db.select(QStringLiteral("SELECT RTRIM(PartyCode), SUM(PartyBalance) FROM tblPartyBalance "
+                                                 "WHERE VDate < ? GROUP BY RTRIM(PartyCode)"),
+                                  {day}))
+        out.insert(r.text(0), r.money(1).value_or(Money()));
+    return out;
+}
+
+const QStringList kTables = {QStringLiteral("tblInvoice"),        QStringLiteral("tblDeliveryChallan"),
+                             QStringLiteral("tblPurchaseOrder"),  QStringLiteral("tblPurchaseStock"),
+                             QStringLiteral("tblPostDatedCheque"), QStringLiteral("tblEmployeeSalary")};
+const QStringList kDateColumns = {QStringLiteral("InvoiceDate"), QStringLiteral("VDate"), QStringLiteral("VDate"),
+                                  QStringLiteral("VDate"),       QStringLiteral("VDate"), QStringLiteral("VDate")};
+
+} // namespace
+
+class TestNewYear : public QObject
+{
+    Q_OBJECT
+private Q_SLOTS:
+    void carriesEveryAccount_data();
+    void carriesEveryAccount();
+    void refusals_data() { TestDb::addBackends(); }
+    void refusals();
+    void proposedName_data();
+    void proposedName();
+};
+
+void TestNewYear::carriesEveryAccount_data()
+{
+    QTest::addColumn<QString>("backend");
+    QTest::addColumn<bool>("carryProfit");
+    for (const char *backend : {"sqlite", "postgres"}) {
+        QTest::addRow("%s balances", backend) << QString::fromLatin1(backend) << false;
+        QTest::addRow("%s with profit and loss", backend) << QString::fromLatin1(backend) << true;
+    }
+}
+
+void TestNewYear::carriesEveryAccount()
+{
+    TESSEL_YEAR(year);
+    QFETCH(bool, carryProfit);
+    const QDate start(2026, 10, 1);
+    {
+        auto db = year.connect();
+        DemoOptions o;
+        o.rows = 1500;
+        o.from = QDate(2026, 1, 1);
+        o.to = QDate(2026, 12, 31);
+        DemoGenerator::standardYear(*db, o);
+    }
+    auto old = year.connect();
+    const int oldRows = count(*old, QStringLiteral("SELECT COUNT(*) FROM tblPartyBalance"));
+    const int laterRows = count(*old, QStringLiteral("SELECT COUNT(*) FROM tblPartyBalance WHERE VDate >= ?"), {start});
+    QVERIFY(laterRows > 0 && laterRows < oldRows);
+    QMap<QString, int> oldTableRows;
+    for (const QString &t : kTables)
+        oldTableRows[t] = count(*old, QStringLiteral("SELECT COUNT(*) FROM ") + t);
+
+    NewYear::Request r;
+    r.fromYear = year.name();
+    r.toYear = TestDb::uniqueName();
+    r.start = start;
+    r.carryProfit = carryProfit;
+    r.user = QStringLiteral("ADMIN");
+    r.today = QDate(2026, 10, 2);
+    DropAtEnd dropNew{year.profile(), r.toYear};
+    NewYear::Result result;
+    QVector<int> percents;
+    const Outcome out = NewYear::make(year.profile(), r, result, [&](int p, const QString &) { percents << p; });
+    QVERIFY2(out.ok, qPrintable(out.message));
+    QVERIFY(!percents.isEmpty() && percents.last() == 100);
+    auto next = SessionConnection::open(year.profile(), r.toYear);
+
+    // The old year stays whole.
+    QCOMPARE(count(*old, QStringLiteral("SELECT COUNT(*) FROM tblPartyBalance")), oldRows);
+    for (const QString &t : kTables)
+        QCOMPARE(count(*old, QStringLiteral("SELECT COUNT(*) FROM ") + t), oldTableRows.value(t));
+
+    // The new year: the rows from its first day on, and before it only one
+    // opening row an account, on the day before.
+    QCOMPARE(count(*next, QStringLiteral("SELECT COUNT(*) FROM tblPartyBalance WHERE VDate >= ?"), {start}), laterRows);
+    QCOMPARE(count(*next, QStringLiteral("SELECT COUNT(*) FROM tblPartyBalance WHERE VDate < ? AND NOT "
+                                         "(VoucherType = 'JV' AND VoucherNo = 0 AND PartyDesc = 'OPENING BALANCE')"),
+                   {start}),
+             0);
+    QCOMPARE(count(*next, QStringLiteral("SELECT COUNT(*) FROM (SELECT PartyCode FROM tblPartyBalance WHERE VDate < ? "
+                                         "GROUP BY PartyCode HAVING COUNT(*) > 1) x"),
+                   {start}),
+             0);
+    QCOMPARE(*ClosingDate::current(*next), start.addDays(-1));
+    for (int i = 0; i < kTables.size(); ++i) {
+        QCOMPARE(count(*next, QStringLiteral("SELECT COUNT(*) FROM %1 WHERE %2 < ?").arg(kTables[i], kDateColumns[i]),
+                       {start}),
+                 0);
+        QCOMPARE(count(*next, QStringLiteral("SELECT COUNT(*) FROM %1 WHERE %2 >= ?").arg(kTables[i], kDateColumns[i]),
+                       {start}),
+                 count(*old, QStringLiteral("SELECT COUNT(*) FROM %1 WHERE %2 >= ?").arg(kTables[i], kDateColumns[i]),
+                       {start}));
+    }
+    // The ledger's indexes, dropped for the removal on the embedded store,
+    // stand again.
+    if (next->isSQLite())
+        QCOMPARE(count(*next, QStringLiteral("SELECT COUNT(*) FROM sqlite_master WHERE type = 'index' "
+                                             "AND tbl_name = 'tblPartyBalance' AND name LIKE 'ixPartyBalance%'")),
+                 count(*old, QStringLiteral("SELECT COUNT(*) FROM sqlite_master WHERE type = 'index' "
+                                            "AND tbl_name = 'tblPartyBalance' AND name LIKE 'ixPartyBalance%'")));
+    QStringList differences;
+    QVERIFY2(LedgerCheck::keptBalancesAgree(*next, &differences), qPrintable(differences.join(QStringLiteral("; "))));
+
+    // The comparison, and the rows themselves, to the cent.
+    const QMap<QString, Money> closing = rowBalances(*old, start);
+    const QMap<QString, Money> opening = rowBalances(*next, start);
+    QCOMPARE(result.lines.size(), int(closing.size()));
+    Money result0;
+    for (const NewYear::CarryLine &l : result.lines) {
+        QCOMPARE(l.closing, closing.value(l.code));
+        QCOMPARE(l.opening, opening.value(l.code));
+        const bool moved = l.code == QLatin1String("20-01-001") || l.code >= QLatin1String("20-10-000");
+        if (!carryProfit || !moved)
+            QVERIFY2(l.opening == l.closing, qPrintable(l.code));
+        else if (l.code != QLatin1String("20-01-001"))
+            QCOMPARE(l.opening, Money());
+        if (l.code >= QLatin1String("20-10-000"))
+            result0 += l.closing;
+    }
+    QCOMPARE(result.closingTotal, Money()); // a demonstration year balances
+    if (!carryProfit) {
+        QCOMPARE(result.differences, 0);
+        QCOMPARE(result.openingTotal, result.closingTotal);
+    } else {
+        QVERIFY(result.differences > 0);
+        // The result moved to 20-01-001 in whole money.
+        QCOMPARE(opening.value(QStringLiteral("20-01-001")),
+                 closing.value(QStringLiteral("20-01-001")).roundedToUnits() + result0.roundedToUnits());
+    }
+}
+
+void TestNewYear::refusals()
+{
+    TESSEL_YEAR(year);
+    NewYear::Request r;
+    r.fromYear = year.name();
+    r.start = QDate(2027, 1, 1);
+    NewYear::Result result;
+
+    r.toYear = QStringLiteral("Next2027");
+    Outcome out = NewYear::make(year.profile(), r, result);
+    QVERIFY(!out.ok);
+    QCOMPARE(out.field, QStringLiteral("txtNewYear"));
+    r.toYear = year.name();
+    out = NewYear::make(year.profile(), r, result);
+    QVERIFY(!out.ok);
+    QCOMPARE(out.field, QStringLiteral("txtNewYear"));
+    r.toYear = TestDb::uniqueName();
+    r.start = QDate();
+    out = NewYear::make(year.profile(), r, result);
+    QVERIFY(!out.ok);
+    QCOMPARE(out.field, QStringLiteral("mskDateFrom"));
+    QVERIFY(!AccountYear::exists(year.profile(), r.toYear));
+
+    // A year of that name exists already: refused by the copy, and the
+    // year that was there is left as it was.
+    TestDb::Year other(year.backend());
+    {
+        auto db = other.connect();
+        db->execute(QStringLiteral("INSERT INTO tblPartyInfo (PartyCode, PartyName) VALUES ('17-10-001', 'KEPT')"));
+    }
+    r.toYear = other.name();
+    r.start = QDate(2027, 1, 1);
+    QVERIFY_THROWS_EXCEPTION(AccountYear::Error, NewYear::make(year.profile(), r, result));
+    auto db = other.connect();
+    QCOMPARE(count(*db, QStringLiteral("SELECT COUNT(*) FROM tblPartyInfo WHERE PartyName = 'KEPT'")), 1);
+}
+
+void TestNewYear::proposedName_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("next");
+    QTest::newRow("a year") << "Tessel2026" << "Tessel2027";
+    QTest::newRow("zeros kept") << "Tessel_09" << "Tessel_10";
+    QTest::newRow("no number") << "TesselPress" << "TesselPress_next";
+}
+
+void TestNewYear::proposedName()
+{
+    QFETCH(QString, name);
+    QFETCH(QString, next);
+    QCOMPARE(NewYear::proposedName(name), next);
+}
+
+QTEST_GUILESS_MAIN(TestNewYear)
+#include "tst_newyear.moc"
