@@ -1,7 +1,6 @@
 #include "sales/ui/frmDeliveryChallan.h"
 
 #include "accounts/ui/AccountPick.h"
-#include "accounts/ui/frmPartyInfo.h"
 #include "foundation/Session.h"
 #include "foundation/ui/CommandGate.h"
 #include "foundation/ui/MaskedLineEdit.h"
@@ -98,14 +97,7 @@ void frmDeliveryChallan::build()
     detailLayout()->addWidget(frOuter, 0, 0, 1, 2);
     detailLayout()->setRowStretch(0, 1);
 
-    cmdSave = addButton(QStringLiteral("cmdSave"), QStringLiteral("&SAVE"));
-    cmdModify = addButton(QStringLiteral("cmdModify"), QStringLiteral("&MODIFY"));
-    cmdDelete = addButton(QStringLiteral("cmdDelete"), QStringLiteral("&DELETE"));
-    cmdNew = addButton(QStringLiteral("cmdNew"), QStringLiteral("&NEW"));
-    cmdPrint = addButton(QStringLiteral("cmdPrint"), QStringLiteral("&PRINT"));
-    cmdAddParty = addButton(QStringLiteral("cmdAddParty"), QStringLiteral("ADD &PARTY"));
-
-    m_pick = new AccountPick(cmbPartyName, txtPartyCode, nullptr, this);
+    addPaperCommands(cmbPartyName, txtPartyCode);
     typingOrder({cmbTitleName, txtDeliveryChallanNo, mskDate, cmbPartyName, txtPartyCode, cmbPartyPONo, cmbDescSrNo,
                  cmbDesc, cmbDemandNo, txtQuantity, txtType, txtCtn, txtGateEntryNo, cmdSave, cmdModify, cmdDelete,
                  cmdNew, cmdPrint, cmdAddParty, dgDeliveryChallan},
@@ -124,13 +116,6 @@ void frmDeliveryChallan::wire()
             showChallanLines();
         });
         mskDate->setFocus();
-    });
-    connect(cmdAddParty, &QPushButton::clicked, this, [this] {
-        const QString code = frmPartyInfo::addAccountModal(this);
-        m_pick->loadPartyList();
-        if (!code.isEmpty())
-            m_pick->setCode(code);
-        cmbPartyName->setFocus();
     });
     connect(cmbTitleName, &QComboBox::currentTextChanged, this, [this] {
         if (!m_quiet)
@@ -166,14 +151,7 @@ void frmDeliveryChallan::setMode(Mode mode, const QString &title)
     m_mode = mode;
     setTitle(title);
     setWindowTitle(title);
-    QStringList shown{QStringLiteral("cmdNew"), QStringLiteral("cmdPrint"), QStringLiteral("cmdAddParty")};
-    if (mode == Mode::Enter)
-        shown << QStringLiteral("cmdSave");
-    else if (mode == Mode::Modify)
-        shown << QStringLiteral("cmdModify");
-    else
-        shown << QStringLiteral("cmdDelete");
-    showOnlyButtons(shown);
+    showModeCommands(mode);
     m_openChallan = 0;
 }
 
@@ -202,11 +180,8 @@ void frmDeliveryChallan::startDelete()
 void frmDeliveryChallan::onOpened()
 {
     runSafely(this, [&] {
-        const QString keep = cmbPartyName->currentText();
+        reloadParties();
         m_quiet = true;
-        m_pick->loadPartyList();
-        if (!keep.isEmpty())
-            setFieldText(cmbPartyName, keep);
         if (cmbDescSrNo->count() == 0) {
             fillCombo(cmbDesc, DeliveryChallanRules::distinctDescriptions(db()));
             cmbDesc->setEditText(QString());

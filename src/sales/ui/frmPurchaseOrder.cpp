@@ -1,7 +1,6 @@
 #include "sales/ui/frmPurchaseOrder.h"
 
 #include "accounts/ui/AccountPick.h"
-#include "accounts/ui/frmPartyInfo.h"
 #include "foundation/Session.h"
 #include "foundation/ui/CommandGate.h"
 #include "foundation/ui/MaskedLineEdit.h"
@@ -99,14 +98,7 @@ void frmPurchaseOrder::build()
     detailLayout()->addWidget(frOuter, 0, 0, 1, 2);
     detailLayout()->setRowStretch(0, 1);
 
-    cmdSave = addButton(QStringLiteral("cmdSave"), QStringLiteral("&SAVE"));
-    cmdModify = addButton(QStringLiteral("cmdModify"), QStringLiteral("&MODIFY"));
-    cmdDelete = addButton(QStringLiteral("cmdDelete"), QStringLiteral("&DELETE"));
-    cmdNew = addButton(QStringLiteral("cmdNew"), QStringLiteral("&NEW"));
-    cmdPrint = addButton(QStringLiteral("cmdPrint"), QStringLiteral("&PRINT"));
-    cmdAddParty = addButton(QStringLiteral("cmdAddParty"), QStringLiteral("ADD &PARTY"));
-
-    m_pick = new AccountPick(cmbPartyName, txtPartyCode, nullptr, this);
+    addPaperCommands(cmbPartyName, txtPartyCode);
     typingOrder({cmbTitleName, txtPONo, mskDate, txtPartyPONo, cmbPartyName, txtPartyCode, chkDesc, cmbDesc,
                  txtQuantity, txtType, txtUnitPrice, txtDemandNo, txtJobNo, cmdSave, cmdModify, cmdDelete, cmdNew,
                  cmdPrint, cmdAddParty, dg},
@@ -126,13 +118,6 @@ void frmPurchaseOrder::wire()
             loadOrderDescriptions();
         });
         mskDate->setFocus();
-    });
-    connect(cmdAddParty, &QPushButton::clicked, this, [this] {
-        const QString code = frmPartyInfo::addAccountModal(this);
-        m_pick->loadPartyList();
-        if (!code.isEmpty())
-            m_pick->setCode(code);
-        cmbPartyName->setFocus();
     });
     connect(cmbTitleName, &QComboBox::currentTextChanged, this, [this] {
         if (!m_quiet)
@@ -195,14 +180,7 @@ void frmPurchaseOrder::startDelete()
 
 void frmPurchaseOrder::onOpened()
 {
-    runSafely(this, [&] {
-        const QString keep = cmbPartyName->currentText();
-        m_quiet = true;
-        m_pick->loadPartyList();
-        m_quiet = false;
-        if (!keep.isEmpty())
-            setFieldText(cmbPartyName, keep);
-    });
+    runSafely(this, [&] { reloadParties(); });
     loadDescriptionList();
 }
 
