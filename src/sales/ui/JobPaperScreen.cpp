@@ -119,3 +119,10 @@ void JobPaperScreen::confirm(const Outcome &out)
         MessageService::information(this, out.notice);
     MessageService::information(this, out.message);
 }
+
+bool JobPaperScreen::write(Outcome &out, const std::function<Outcome()> &work)
+{
+    if (!runSafely(this, [&] { out = work(); }))
+        return false;
+    return out || refuse(out);
+}

@@ -60,6 +60,9 @@ protected:
     void print(const Reports::ReportRequest &request);
     // Shows the outcome of a save: the notice, then the confirmation.
     void confirm(const Outcome &out);
+    // Runs a write into `out`: a failure or a refusal is shown and gives
+    // false.
+    bool write(Outcome &out, const std::function<Outcome()> &work);
 
     bool eventFilter(QObject *watched, QEvent *event) override;
 

@@ -365,14 +365,8 @@ void frmDeliveryChallan::save()
     const bool proposed = l.challanNo != m_openChallan && txtDeliveryChallanNo->text().trimmed() == m_proposedNo;
     const auto numbering = proposed ? JobPaper::Numbering::Proposed : JobPaper::Numbering::Existing;
     Outcome out;
-    if (!runSafely(this, [&] {
-            out = DeliveryChallanRules::saveLine(db(), l, numbering, session().dateToday());
-        }))
+    if (!write(out, [&] { return DeliveryChallanRules::saveLine(db(), l, numbering, session().dateToday()); }))
         return;
-    if (!out) {
-        refuse(out);
-        return;
-    }
     m_quiet = true;
     txtDeliveryChallanNo->setText(QString::number(out.number));
     m_quiet = false;
@@ -384,12 +378,8 @@ void frmDeliveryChallan::save()
 void frmDeliveryChallan::modify()
 {
     Outcome out;
-    if (!runSafely(this, [&] { out = DeliveryChallanRules::modifyLine(db(), entered()); }))
+    if (!write(out, [&] { return DeliveryChallanRules::modifyLine(db(), entered()); }))
         return;
-    if (!out) {
-        refuse(out);
-        return;
-    }
     confirm(out);
     afterLineCommand();
 }
@@ -398,12 +388,8 @@ void frmDeliveryChallan::remove()
 {
     const ChallanLine l = entered();
     Outcome out;
-    if (!runSafely(this, [&] { out = DeliveryChallanRules::deleteLine(db(), l.challanNo, l.recordNo); }))
+    if (!write(out, [&] { return DeliveryChallanRules::deleteLine(db(), l.challanNo, l.recordNo); }))
         return;
-    if (!out) {
-        refuse(out);
-        return;
-    }
     confirm(out);
     afterLineCommand();
 }

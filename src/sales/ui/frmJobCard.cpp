@@ -298,14 +298,10 @@ void frmJobCard::save()
     const auto numbering = txtJobCardNo->text().trimmed() == m_proposedNo ? JobPaper::Numbering::Proposed
                                                                           : JobPaper::Numbering::Typed;
     Outcome out;
-    if (!runSafely(this, [&] {
-            out = JobCardRules::save(db(), c, numbering, session().currentUserName, session().dateToday());
+    if (!write(out, [&] {
+            return JobCardRules::save(db(), c, numbering, session().currentUserName, session().dateToday());
         }))
         return;
-    if (!out) {
-        refuse(out);
-        return;
-    }
     m_printJobCardNo = out.number;
     confirm(out);
     runSafely(this, [&] {
@@ -318,14 +314,10 @@ void frmJobCard::save()
 void frmJobCard::modify()
 {
     Outcome out;
-    if (!runSafely(this, [&] {
-            out = JobCardRules::modify(db(), entered(), session().currentUserName, session().dateToday());
+    if (!write(out, [&] {
+            return JobCardRules::modify(db(), entered(), session().currentUserName, session().dateToday());
         }))
         return;
-    if (!out) {
-        refuse(out);
-        return;
-    }
     confirm(out);
     runSafely(this, [&] { loadJobCardLists(); });
 }
@@ -333,12 +325,8 @@ void frmJobCard::modify()
 void frmJobCard::remove()
 {
     Outcome out;
-    if (!runSafely(this, [&] { out = JobCardRules::remove(db(), numberIn(txtJobCardNo)); }))
+    if (!write(out, [&] { return JobCardRules::remove(db(), numberIn(txtJobCardNo)); }))
         return;
-    if (!out) {
-        refuse(out);
-        return;
-    }
     confirm(out);
 }
 

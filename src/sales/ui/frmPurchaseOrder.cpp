@@ -340,12 +340,8 @@ void frmPurchaseOrder::save()
     const auto numbering = m_mode == Mode::Enter && l.poNo != m_openOrder ? JobPaper::Numbering::Proposed
                                                                            : JobPaper::Numbering::Existing;
     Outcome out;
-    if (!runSafely(this, [&] { out = PurchaseOrderRules::saveLine(db(), l, numbering); }))
+    if (!write(out, [&] { return PurchaseOrderRules::saveLine(db(), l, numbering); }))
         return;
-    if (!out) {
-        refuse(out);
-        return;
-    }
     m_quiet = true;
     txtPONo->setText(QString::number(out.number));
     m_quiet = false;
@@ -357,12 +353,8 @@ void frmPurchaseOrder::save()
 void frmPurchaseOrder::modify()
 {
     Outcome out;
-    if (!runSafely(this, [&] { out = PurchaseOrderRules::modifyLine(db(), entered()); }))
+    if (!write(out, [&] { return PurchaseOrderRules::modifyLine(db(), entered()); }))
         return;
-    if (!out) {
-        refuse(out);
-        return;
-    }
     confirm(out);
     afterLineCommand();
 }
@@ -371,12 +363,8 @@ void frmPurchaseOrder::remove()
 {
     const OrderLine l = entered();
     Outcome out;
-    if (!runSafely(this, [&] { out = PurchaseOrderRules::deleteLine(db(), l.titleName, l.poNo, l.recordNo); }))
+    if (!write(out, [&] { return PurchaseOrderRules::deleteLine(db(), l.titleName, l.poNo, l.recordNo); }))
         return;
-    if (!out) {
-        refuse(out);
-        return;
-    }
     confirm(out);
     afterLineCommand();
 }
