@@ -25,7 +25,7 @@ bool typeAllowed(GateButton button, const QString &userType)
 Outcome check(SessionConnection &db, const QString &user, const QString &password, GateButton button,
               const QDateTime &now)
 {
-    const Logon::Result r = Logon::check(db, user, password, now);
+    const Logon::Result r = Logon::check(db, user, password, now, Logon::Stamp::No);
     if (!r.ok)
         return Outcome::refusal(r.message, QStringLiteral("txtUserName"));
     if (!typeAllowed(button, r.userType))

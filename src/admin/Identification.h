@@ -49,7 +49,8 @@ bool typeAllowed(GateButton button, const QString &userType);
 
 // Checks the name and password exactly as the log-on does (the stored
 // hash, the wait after repeated failures, a failure counted against the
-// name) and then the type the button needs. An unknown user, a wrong
+// name) and then the type the button needs. Passing the gate is not a
+// log-on: the user's last log-on stays as it was. An unknown user, a wrong
 // password and a type not allowed all give "Invalid user name or
 // password"; a name that must wait gets the log-on's waiting words. The
 // refusal names txtUserName.

@@ -30,7 +30,8 @@ Attempts attemptsOf(SessionConnection &db, const QString &userName)
 
 } // namespace
 
-Result check(SessionConnection &db, const QString &typedUserName, const QString &password, const QDateTime &now)
+Result check(SessionConnection &db, const QString &typedUserName, const QString &password, const QDateTime &now,
+             Stamp stamp)
 {
     Result r;
     r.userName = typedUserName.trimmed();
@@ -68,7 +69,9 @@ Result check(SessionConnection &db, const QString &typedUserName, const QString 
     if (r.ok) {
         r.userType = row->text(QStringLiteral("UserType")).trimmed();
         r.message.clear();
-        db.execute(QStringLiteral("UPDATE tblLogon SET LastLogOnAt = ? WHERE UserName = ?"), {nowMs, r.userName});
+        if (stamp == Stamp::LastLogOn)
+            db.execute(QStringLiteral("UPDATE tblLogon SET LastLogOnAt = ? WHERE UserName = ?"),
+                       {nowMs, r.userName});
         if (PasswordHash::needsUpgrade(stored))
             db.execute(QStringLiteral("UPDATE tblLogon SET Password = ? WHERE UserName = ?"),
                        {PasswordHash::hash(password), r.userName});

@@ -37,8 +37,13 @@ struct Result
 // a new one gets. A locked user is refused after the password proved right
 // (so the words tell nothing to one who does not know it), and his failed
 // count is not raised.
+//
+// A check that only confirms who is at the keyboard (the gate before a
+// dangerous job) passes Stamp::No: the count and the lock work the same,
+// but the user's last log-on is left as it was.
+enum class Stamp { LastLogOn, No };
 Result check(SessionConnection &db, const QString &typedUserName, const QString &password,
-             const QDateTime &now = QDateTime::currentDateTimeUtc());
+             const QDateTime &now = QDateTime::currentDateTimeUtc(), Stamp stamp = Stamp::LastLogOn);
 
 // The wait before the next attempt after `failures` failed ones in a row:
 // none for the first two, then doubling from one second up to half a

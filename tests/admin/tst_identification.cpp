@@ -30,6 +30,8 @@ private Q_SLOTS:
     void whoPasses();
     void failuresAreThrottled_data() { TestDb::addBackends(); }
     void failuresAreThrottled();
+    void passIsNotALogOn_data() { TestDb::addBackends(); }
+    void passIsNotALogOn();
 };
 
 void TestIdentification::whoPasses_data()
@@ -113,6 +115,44 @@ void TestIdentification::failuresAreThrottled()
     QVERIFY(Identification::check(*db, QStringLiteral("ADMIN"), QStringLiteral("secret"), GateButton::Balance,
                                   t0.addSecs(60)));
     QCOMPARE(count(*db, QStringLiteral("SELECT COUNT(*) FROM tblLogonAttempt WHERE UserName = 'ADMIN'")), 0);
+}
+
+void TestIdentification::passIsNotALogOn()
+{
+    TESSEL_YEAR(year);
+    auto db = year.connect();
+    addUser(*db, QStringLiteral("CLERK"), QStringLiteral("clerk"), QStringLiteral("COMMON USER"));
+    const QDateTime t0 = QDateTime::currentDateTimeUtc();
+    const auto lastLogOn = [&](const char *user) {
+        const auto row = db->selectOne(QStringLiteral("SELECT LastLogOnAt FROM tblLogon WHERE UserName = ?"),
+                                       {QString::fromLatin1(user)});
+        return row ? row->value(0) : QVariant();
+    };
+
+    // One who never logged on stays so; one who did keeps his time.
+    QVERIFY(Identification::check(*db, QStringLiteral("CLERK"), QStringLiteral("clerk"), GateButton::EndYear, t0));
+    QVERIFY(lastLogOn("CLERK").isNull());
+    QVERIFY(Logon::check(*db, QStringLiteral("ADMIN"), QStringLiteral("secret"), t0).ok);
+    QCOMPARE(lastLogOn("ADMIN").toLongLong(), t0.toMSecsSinceEpoch());
+    QVERIFY(Identification::check(*db, QStringLiteral("ADMIN"), QStringLiteral("secret"), GateButton::Balance,
+                                  t0.addSecs(60)));
+    QCOMPARE(lastLogOn("ADMIN").toLongLong(), t0.toMSecsSinceEpoch());
+
+    // A failure at the gate is still counted against the name.
+    QVERIFY(!Identification::check(*db, QStringLiteral("CLERK"), QStringLiteral("guess"), GateButton::EndYear, t0));
+    QCOMPARE(count(*db, QStringLiteral("SELECT Failures FROM tblLogonAttempt WHERE UserName = 'CLERK'")), 1);
+
+    // A locked user does not pass with the right password, and is not stamped.
+    db->execute(QStringLiteral("UPDATE tblLogon SET Locked = 1 WHERE UserName = 'CLERK'"));
+    const Outcome locked =
+        Identification::check(*db, QStringLiteral("CLERK"), QStringLiteral("clerk"), GateButton::EndYear, t0);
+    QVERIFY(!locked.ok);
+    QCOMPARE(locked.message, Logon::lockedMessage());
+    QVERIFY(lastLogOn("CLERK").isNull());
+
+    // The log-on itself still stamps.
+    QVERIFY(Logon::check(*db, QStringLiteral("ADMIN"), QStringLiteral("secret"), t0.addSecs(120)).ok);
+    QCOMPARE(lastLogOn("ADMIN").toLongLong(), t0.addSecs(120).toMSecsSinceEpoch());
 }
 
 QTEST_GUILESS_MAIN(TestIdentification)

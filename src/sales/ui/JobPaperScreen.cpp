@@ -1,6 +1,9 @@
 #include "sales/ui/JobPaperScreen.h"
 
+#include "accounts/ui/AccountPick.h"
+#include "accounts/ui/frmPartyInfo.h"
 #include "foundation/Session.h"
+#include "foundation/ui/MaskedLineEdit.h"
 #include "foundation/ui/MessageService.h"
 #include "foundation/ui/QueryTableModel.h"
 #include "foundation/ui/ScreenServices.h"
@@ -9,9 +12,51 @@
 #include <QComboBox>
 #include <QFocusEvent>
 #include <QLineEdit>
+#include <QPushButton>
 #include <QTableView>
 
 JobPaperScreen::JobPaperScreen(QWidget *parent) : BaseScreen(parent) {}
+
+void JobPaperScreen::addPaperCommands(QComboBox *partyName, MaskedLineEdit *partyCode)
+{
+    cmdSave = addButton(QStringLiteral("cmdSave"), QStringLiteral("&SAVE"));
+    cmdModify = addButton(QStringLiteral("cmdModify"), QStringLiteral("&MODIFY"));
+    cmdDelete = addButton(QStringLiteral("cmdDelete"), QStringLiteral("&DELETE"));
+    cmdNew = addButton(QStringLiteral("cmdNew"), QStringLiteral("&NEW"));
+    cmdPrint = addButton(QStringLiteral("cmdPrint"), QStringLiteral("&PRINT"));
+    cmdAddParty = addButton(QStringLiteral("cmdAddParty"), QStringLiteral("ADD &PARTY"));
+    m_partyName = partyName;
+    m_pick = new AccountPick(partyName, partyCode, nullptr, this);
+    connect(cmdAddParty, &QPushButton::clicked, this, [this] {
+        const QString code = frmPartyInfo::addAccountModal(this);
+        m_pick->loadPartyList();
+        if (!code.isEmpty())
+            m_pick->setCode(code);
+        m_partyName->setFocus();
+    });
+}
+
+void JobPaperScreen::reloadParties()
+{
+    const QString keep = m_partyName->currentText();
+    m_quiet = true;
+    m_pick->loadPartyList();
+    if (!keep.isEmpty())
+        setFieldText(m_partyName, keep);
+    m_quiet = false;
+}
+
+void JobPaperScreen::showModeCommands(Mode mode)
+{
+    QStringList shown{QStringLiteral("cmdNew"), QStringLiteral("cmdPrint"), QStringLiteral("cmdAddParty")};
+    if (mode == Mode::Enter)
+        shown << QStringLiteral("cmdSave");
+    else if (mode == Mode::Modify)
+        shown << QStringLiteral("cmdModify");
+    else if (mode == Mode::Delete)
+        shown << QStringLiteral("cmdDelete");
+    showOnlyButtons(shown);
+}
 
 void JobPaperScreen::onLeave(QWidget *field, std::function<void()> work)
 {
@@ -73,4 +118,11 @@ void JobPaperScreen::confirm(const Outcome &out)
     if (!out.notice.isEmpty())
         MessageService::information(this, out.notice);
     MessageService::information(this, out.message);
+}
+
+bool JobPaperScreen::write(Outcome &out, const std::function<Outcome()> &work)
+{
+    if (!runSafely(this, [&] { out = work(); }))
+        return false;
+    return out || refuse(out);
 }

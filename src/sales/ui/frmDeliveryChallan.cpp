@@ -1,7 +1,6 @@
 #include "sales/ui/frmDeliveryChallan.h"
 
 #include "accounts/ui/AccountPick.h"
-#include "accounts/ui/frmPartyInfo.h"
 #include "foundation/Session.h"
 #include "foundation/ui/CommandGate.h"
 #include "foundation/ui/MaskedLineEdit.h"
@@ -98,14 +97,7 @@ void frmDeliveryChallan::build()
     detailLayout()->addWidget(frOuter, 0, 0, 1, 2);
     detailLayout()->setRowStretch(0, 1);
 
-    cmdSave = addButton(QStringLiteral("cmdSave"), QStringLiteral("&SAVE"));
-    cmdModify = addButton(QStringLiteral("cmdModify"), QStringLiteral("&MODIFY"));
-    cmdDelete = addButton(QStringLiteral("cmdDelete"), QStringLiteral("&DELETE"));
-    cmdNew = addButton(QStringLiteral("cmdNew"), QStringLiteral("&NEW"));
-    cmdPrint = addButton(QStringLiteral("cmdPrint"), QStringLiteral("&PRINT"));
-    cmdAddParty = addButton(QStringLiteral("cmdAddParty"), QStringLiteral("ADD &PARTY"));
-
-    m_pick = new AccountPick(cmbPartyName, txtPartyCode, nullptr, this);
+    addPaperCommands(cmbPartyName, txtPartyCode);
     typingOrder({cmbTitleName, txtDeliveryChallanNo, mskDate, cmbPartyName, txtPartyCode, cmbPartyPONo, cmbDescSrNo,
                  cmbDesc, cmbDemandNo, txtQuantity, txtType, txtCtn, txtGateEntryNo, cmdSave, cmdModify, cmdDelete,
                  cmdNew, cmdPrint, cmdAddParty, dgDeliveryChallan},
@@ -124,13 +116,6 @@ void frmDeliveryChallan::wire()
             showChallanLines();
         });
         mskDate->setFocus();
-    });
-    connect(cmdAddParty, &QPushButton::clicked, this, [this] {
-        const QString code = frmPartyInfo::addAccountModal(this);
-        m_pick->loadPartyList();
-        if (!code.isEmpty())
-            m_pick->setCode(code);
-        cmbPartyName->setFocus();
     });
     connect(cmbTitleName, &QComboBox::currentTextChanged, this, [this] {
         if (!m_quiet)
@@ -166,14 +151,7 @@ void frmDeliveryChallan::setMode(Mode mode, const QString &title)
     m_mode = mode;
     setTitle(title);
     setWindowTitle(title);
-    QStringList shown{QStringLiteral("cmdNew"), QStringLiteral("cmdPrint"), QStringLiteral("cmdAddParty")};
-    if (mode == Mode::Enter)
-        shown << QStringLiteral("cmdSave");
-    else if (mode == Mode::Modify)
-        shown << QStringLiteral("cmdModify");
-    else
-        shown << QStringLiteral("cmdDelete");
-    showOnlyButtons(shown);
+    showModeCommands(mode);
     m_openChallan = 0;
 }
 
@@ -202,11 +180,8 @@ void frmDeliveryChallan::startDelete()
 void frmDeliveryChallan::onOpened()
 {
     runSafely(this, [&] {
-        const QString keep = cmbPartyName->currentText();
+        reloadParties();
         m_quiet = true;
-        m_pick->loadPartyList();
-        if (!keep.isEmpty())
-            setFieldText(cmbPartyName, keep);
         if (cmbDescSrNo->count() == 0) {
             fillCombo(cmbDesc, DeliveryChallanRules::distinctDescriptions(db()));
             cmbDesc->setEditText(QString());
@@ -390,14 +365,8 @@ void frmDeliveryChallan::save()
     const bool proposed = l.challanNo != m_openChallan && txtDeliveryChallanNo->text().trimmed() == m_proposedNo;
     const auto numbering = proposed ? JobPaper::Numbering::Proposed : JobPaper::Numbering::Existing;
     Outcome out;
-    if (!runSafely(this, [&] {
-            out = DeliveryChallanRules::saveLine(db(), l, numbering, session().dateToday());
-        }))
+    if (!write(out, [&] { return DeliveryChallanRules::saveLine(db(), l, numbering, session().dateToday()); }))
         return;
-    if (!out) {
-        refuse(out);
-        return;
-    }
     m_quiet = true;
     txtDeliveryChallanNo->setText(QString::number(out.number));
     m_quiet = false;
@@ -409,12 +378,8 @@ void frmDeliveryChallan::save()
 void frmDeliveryChallan::modify()
 {
     Outcome out;
-    if (!runSafely(this, [&] { out = DeliveryChallanRules::modifyLine(db(), entered()); }))
+    if (!write(out, [&] { return DeliveryChallanRules::modifyLine(db(), entered()); }))
         return;
-    if (!out) {
-        refuse(out);
-        return;
-    }
     confirm(out);
     afterLineCommand();
 }
@@ -423,12 +388,8 @@ void frmDeliveryChallan::remove()
 {
     const ChallanLine l = entered();
     Outcome out;
-    if (!runSafely(this, [&] { out = DeliveryChallanRules::deleteLine(db(), l.challanNo, l.recordNo); }))
+    if (!write(out, [&] { return DeliveryChallanRules::deleteLine(db(), l.challanNo, l.recordNo); }))
         return;
-    if (!out) {
-        refuse(out);
-        return;
-    }
     confirm(out);
     afterLineCommand();
 }

@@ -3,12 +3,10 @@
 #include "sales/DeliveryChallanRules.h"
 #include "sales/ui/JobPaperScreen.h"
 
-class AccountPick;
 class MaskedLineEdit;
 class QComboBox;
 class QFrame;
 class QLineEdit;
-class QPushButton;
 class QTableView;
 
 // "DELIVERY CHALLAN": what leaves the press against a party's order, item
@@ -42,12 +40,6 @@ public:
     QLineEdit *txtCtn = nullptr;
     QLineEdit *txtGateEntryNo = nullptr;
     QTableView *dgDeliveryChallan = nullptr;
-    QPushButton *cmdSave = nullptr;
-    QPushButton *cmdModify = nullptr;
-    QPushButton *cmdDelete = nullptr;
-    QPushButton *cmdNew = nullptr;
-    QPushButton *cmdPrint = nullptr;
-    QPushButton *cmdAddParty = nullptr;
 
     qint64 openChallan() const { return m_openChallan; }
 
@@ -74,7 +66,6 @@ private:
     void printChallan();
     void afterLineCommand();
 
-    AccountPick *m_pick = nullptr;
     qint64 m_openChallan = 0;
     QString m_proposedNo;  // the number the screen last proposed
     QString m_numberTitle; // the title the number in txtDeliveryChallanNo was proposed for

@@ -1,7 +1,6 @@
 #include "sales/ui/frmJobCard.h"
 
 #include "accounts/ui/AccountPick.h"
-#include "accounts/ui/frmPartyInfo.h"
 #include "foundation/Session.h"
 #include "foundation/ui/CommandGate.h"
 #include "foundation/ui/MaskedLineEdit.h"
@@ -117,14 +116,7 @@ void frmJobCard::build()
     detailLayout()->addWidget(frOuter, 0, 0, 1, 2);
     detailLayout()->setRowStretch(0, 1);
 
-    cmdSave = addButton(QStringLiteral("cmdSave"), QStringLiteral("&SAVE"));
-    cmdModify = addButton(QStringLiteral("cmdModify"), QStringLiteral("&MODIFY"));
-    cmdDelete = addButton(QStringLiteral("cmdDelete"), QStringLiteral("&DELETE"));
-    cmdNew = addButton(QStringLiteral("cmdNew"), QStringLiteral("&NEW"));
-    cmdPrint = addButton(QStringLiteral("cmdPrint"), QStringLiteral("&PRINT"));
-    cmdAddParty = addButton(QStringLiteral("cmdAddParty"), QStringLiteral("ADD &PARTY"));
-
-    m_pick = new AccountPick(cmbPartyName, txtPartyCode, nullptr, this);
+    addPaperCommands(cmbPartyName, txtPartyCode);
     QList<QWidget *> chain{txtJobCardNo, mskDate, cmbPartyName, txtPartyCode, cmbPartyPONo, mskPODate, mskIssueDate,
                            txtQuantity};
     for (const QString &col : cols)
@@ -144,13 +136,6 @@ void frmJobCard::wire()
         numberLeft();
         txtJobCardNo->setFocus();
     });
-    connect(cmdAddParty, &QPushButton::clicked, this, [this] {
-        const QString code = frmPartyInfo::addAccountModal(this);
-        m_pick->loadPartyList();
-        if (!code.isEmpty())
-            m_pick->setCode(code);
-        cmbPartyName->setFocus();
-    });
     connect(m_pick, &AccountPick::accountChanged, this, [this] {
         if (!m_quiet)
             partyChanged();
@@ -166,14 +151,7 @@ void frmJobCard::setMode(Mode mode, const QString &title)
     m_mode = mode;
     setTitle(title);
     setWindowTitle(title);
-    QStringList shown{QStringLiteral("cmdNew"), QStringLiteral("cmdPrint"), QStringLiteral("cmdAddParty")};
-    if (mode == Mode::Enter)
-        shown << QStringLiteral("cmdSave");
-    else if (mode == Mode::Modify)
-        shown << QStringLiteral("cmdModify");
-    else if (mode == Mode::Delete)
-        shown << QStringLiteral("cmdDelete");
-    showOnlyButtons(shown);
+    showModeCommands(mode);
     txtJobCardNo->setFocus();
 }
 
@@ -184,14 +162,7 @@ void frmJobCard::startView() { setMode(Mode::View, QStringLiteral("JOB CARD DETA
 
 void frmJobCard::onOpened()
 {
-    runSafely(this, [&] {
-        const QString keep = cmbPartyName->currentText();
-        m_quiet = true;
-        m_pick->loadPartyList();
-        if (!keep.isEmpty())
-            setFieldText(cmbPartyName, keep);
-        m_quiet = false;
-    });
+    runSafely(this, [&] { reloadParties(); });
 }
 
 // ------------------------------------------------------------ lists
@@ -327,14 +298,10 @@ void frmJobCard::save()
     const auto numbering = txtJobCardNo->text().trimmed() == m_proposedNo ? JobPaper::Numbering::Proposed
                                                                           : JobPaper::Numbering::Typed;
     Outcome out;
-    if (!runSafely(this, [&] {
-            out = JobCardRules::save(db(), c, numbering, session().currentUserName, session().dateToday());
+    if (!write(out, [&] {
+            return JobCardRules::save(db(), c, numbering, session().currentUserName, session().dateToday());
         }))
         return;
-    if (!out) {
-        refuse(out);
-        return;
-    }
     m_printJobCardNo = out.number;
     confirm(out);
     runSafely(this, [&] {
@@ -347,14 +314,10 @@ void frmJobCard::save()
 void frmJobCard::modify()
 {
     Outcome out;
-    if (!runSafely(this, [&] {
-            out = JobCardRules::modify(db(), entered(), session().currentUserName, session().dateToday());
+    if (!write(out, [&] {
+            return JobCardRules::modify(db(), entered(), session().currentUserName, session().dateToday());
         }))
         return;
-    if (!out) {
-        refuse(out);
-        return;
-    }
     confirm(out);
     runSafely(this, [&] { loadJobCardLists(); });
 }
@@ -362,12 +325,8 @@ void frmJobCard::modify()
 void frmJobCard::remove()
 {
     Outcome out;
-    if (!runSafely(this, [&] { out = JobCardRules::remove(db(), numberIn(txtJobCardNo)); }))
+    if (!write(out, [&] { return JobCardRules::remove(db(), numberIn(txtJobCardNo)); }))
         return;
-    if (!out) {
-        refuse(out);
-        return;
-    }
     confirm(out);
 }
 

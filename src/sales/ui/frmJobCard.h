@@ -5,12 +5,10 @@
 
 #include <QHash>
 
-class AccountPick;
 class MaskedLineEdit;
 class QComboBox;
 class QFrame;
 class QLineEdit;
-class QPushButton;
 
 // "JOB CARD DETAIL": the press's work ticket, one card per job. The press
 // fields are combos offering every value typed into them before. Typing a
@@ -51,12 +49,6 @@ public:
     QComboBox *cmbLamination = nullptr;
     QComboBox *cmbOther = nullptr;
     QComboBox *cmbStatus = nullptr;
-    QPushButton *cmdSave = nullptr;
-    QPushButton *cmdModify = nullptr;
-    QPushButton *cmdDelete = nullptr;
-    QPushButton *cmdNew = nullptr;
-    QPushButton *cmdPrint = nullptr;
-    QPushButton *cmdAddParty = nullptr;
 
     // The card last loaded or left by its number: the one printed.
     qint64 printJobCardNo() const { return m_printJobCardNo; }
@@ -81,7 +73,6 @@ private:
     void remove();
     void printCard();
 
-    AccountPick *m_pick = nullptr;
     QHash<QString, QComboBox *> m_press;
     qint64 m_printJobCardNo = 0;
     QString m_proposedNo;

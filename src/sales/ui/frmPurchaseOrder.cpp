@@ -1,7 +1,6 @@
 #include "sales/ui/frmPurchaseOrder.h"
 
 #include "accounts/ui/AccountPick.h"
-#include "accounts/ui/frmPartyInfo.h"
 #include "foundation/Session.h"
 #include "foundation/ui/CommandGate.h"
 #include "foundation/ui/MaskedLineEdit.h"
@@ -99,14 +98,7 @@ void frmPurchaseOrder::build()
     detailLayout()->addWidget(frOuter, 0, 0, 1, 2);
     detailLayout()->setRowStretch(0, 1);
 
-    cmdSave = addButton(QStringLiteral("cmdSave"), QStringLiteral("&SAVE"));
-    cmdModify = addButton(QStringLiteral("cmdModify"), QStringLiteral("&MODIFY"));
-    cmdDelete = addButton(QStringLiteral("cmdDelete"), QStringLiteral("&DELETE"));
-    cmdNew = addButton(QStringLiteral("cmdNew"), QStringLiteral("&NEW"));
-    cmdPrint = addButton(QStringLiteral("cmdPrint"), QStringLiteral("&PRINT"));
-    cmdAddParty = addButton(QStringLiteral("cmdAddParty"), QStringLiteral("ADD &PARTY"));
-
-    m_pick = new AccountPick(cmbPartyName, txtPartyCode, nullptr, this);
+    addPaperCommands(cmbPartyName, txtPartyCode);
     typingOrder({cmbTitleName, txtPONo, mskDate, txtPartyPONo, cmbPartyName, txtPartyCode, chkDesc, cmbDesc,
                  txtQuantity, txtType, txtUnitPrice, txtDemandNo, txtJobNo, cmdSave, cmdModify, cmdDelete, cmdNew,
                  cmdPrint, cmdAddParty, dg},
@@ -126,13 +118,6 @@ void frmPurchaseOrder::wire()
             loadOrderDescriptions();
         });
         mskDate->setFocus();
-    });
-    connect(cmdAddParty, &QPushButton::clicked, this, [this] {
-        const QString code = frmPartyInfo::addAccountModal(this);
-        m_pick->loadPartyList();
-        if (!code.isEmpty())
-            m_pick->setCode(code);
-        cmbPartyName->setFocus();
     });
     connect(cmbTitleName, &QComboBox::currentTextChanged, this, [this] {
         if (!m_quiet)
@@ -195,14 +180,7 @@ void frmPurchaseOrder::startDelete()
 
 void frmPurchaseOrder::onOpened()
 {
-    runSafely(this, [&] {
-        const QString keep = cmbPartyName->currentText();
-        m_quiet = true;
-        m_pick->loadPartyList();
-        m_quiet = false;
-        if (!keep.isEmpty())
-            setFieldText(cmbPartyName, keep);
-    });
+    runSafely(this, [&] { reloadParties(); });
     loadDescriptionList();
 }
 
@@ -362,12 +340,8 @@ void frmPurchaseOrder::save()
     const auto numbering = m_mode == Mode::Enter && l.poNo != m_openOrder ? JobPaper::Numbering::Proposed
                                                                            : JobPaper::Numbering::Existing;
     Outcome out;
-    if (!runSafely(this, [&] { out = PurchaseOrderRules::saveLine(db(), l, numbering); }))
+    if (!write(out, [&] { return PurchaseOrderRules::saveLine(db(), l, numbering); }))
         return;
-    if (!out) {
-        refuse(out);
-        return;
-    }
     m_quiet = true;
     txtPONo->setText(QString::number(out.number));
     m_quiet = false;
@@ -379,12 +353,8 @@ void frmPurchaseOrder::save()
 void frmPurchaseOrder::modify()
 {
     Outcome out;
-    if (!runSafely(this, [&] { out = PurchaseOrderRules::modifyLine(db(), entered()); }))
+    if (!write(out, [&] { return PurchaseOrderRules::modifyLine(db(), entered()); }))
         return;
-    if (!out) {
-        refuse(out);
-        return;
-    }
     confirm(out);
     afterLineCommand();
 }
@@ -393,12 +363,8 @@ void frmPurchaseOrder::remove()
 {
     const OrderLine l = entered();
     Outcome out;
-    if (!runSafely(this, [&] { out = PurchaseOrderRules::deleteLine(db(), l.titleName, l.poNo, l.recordNo); }))
+    if (!write(out, [&] { return PurchaseOrderRules::deleteLine(db(), l.titleName, l.poNo, l.recordNo); }))
         return;
-    if (!out) {
-        refuse(out);
-        return;
-    }
     confirm(out);
     afterLineCommand();
 }

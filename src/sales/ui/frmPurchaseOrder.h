@@ -3,13 +3,11 @@
 #include "sales/PurchaseOrderRules.h"
 #include "sales/ui/JobPaperScreen.h"
 
-class AccountPick;
 class MaskedLineEdit;
 class QCheckBox;
 class QComboBox;
 class QFrame;
 class QLineEdit;
-class QPushButton;
 class QTableView;
 
 // "PURCHASE ORDER": a customer's order typed item by item; each SAVE adds
@@ -44,12 +42,6 @@ public:
     QLineEdit *txtDemandNo = nullptr;
     QLineEdit *txtJobNo = nullptr;
     QTableView *dg = nullptr;
-    QPushButton *cmdSave = nullptr;
-    QPushButton *cmdModify = nullptr;
-    QPushButton *cmdDelete = nullptr;
-    QPushButton *cmdNew = nullptr;
-    QPushButton *cmdPrint = nullptr;
-    QPushButton *cmdAddParty = nullptr;
 
     // The order this screen is adding items to (0: none started yet).
     qint64 openOrder() const { return m_openOrder; }
@@ -77,7 +69,6 @@ private:
     void printOrder();
     void afterLineCommand();
 
-    AccountPick *m_pick = nullptr;
     qint64 m_openOrder = 0;
     QString m_numberTitle; // the title the number in txtPONo was proposed for
 };

@@ -9,6 +9,7 @@
 #include "sales/ui/frmDeliveryChallan.h"
 #include "sales/ui/frmJobCard.h"
 #include "sales/ui/frmPurchaseOrder.h"
+#include "sales/ui/JobPaperScreen.h"
 #include "support/TestDb.h"
 #include "support/ui/MessageRecorder.h"
 #include "support/ui/ScreenKit.h"
@@ -104,6 +105,8 @@ private Q_SLOTS:
     void jobCard();
     void deliveryChallan_data() { TestDb::addBackends(); }
     void deliveryChallan();
+    void openedAgainKeepsParty_data();
+    void openedAgainKeepsParty();
 
 private:
     void start(const QString &backend);
@@ -429,6 +432,39 @@ void TestJobPaperScreens::deliveryChallan()
     QCOMPARE(rec.last().text, ChallanMsg::kSaved);
     QCOMPARE(DeliveryChallanRules::lines(m_t->db(), kA, 1).size(), 2);
     QCOMPARE(DeliveryChallanRules::lines(m_t->db(), kA, 3).size(), 1);
+}
+
+void TestJobPaperScreens::openedAgainKeepsParty_data()
+{
+    QTest::addColumn<QString>("backend");
+    QTest::addColumn<QString>("entry");
+    QTest::addColumn<QString>("screen");
+    QTest::newRow("order") << "sqlite" << "mnuEnterPurchaseOrder" << "frmPurchaseOrder";
+    QTest::newRow("job card") << "sqlite" << "mnuModifyJobCard" << "frmJobCard";
+    QTest::newRow("challan") << "sqlite" << "mnuEnterDeliveryChallan" << "frmDeliveryChallan";
+}
+
+void TestJobPaperScreens::openedAgainKeepsParty()
+{
+    TESSEL_BACKEND()
+    QFETCH(QString, entry);
+    QFETCH(QString, screen);
+    start(backend);
+    auto *f = m_host->open<JobPaperScreen>(entry, screen);
+    QVERIFY(f);
+    auto *name = f->findChild<QComboBox *>(QStringLiteral("cmbPartyName"));
+    auto *code = f->findChild<MaskedLineEdit *>(QStringLiteral("txtPartyCode"));
+    QVERIFY(name && code);
+    name->setCurrentIndex(name->findText(QStringLiteral("NOVA FOODS")));
+    QCOMPARE(code->maskText(), QStringLiteral("17-10-002"));
+
+    // Another workstation adds a party; opening the screen again lists it
+    // and keeps the party being typed.
+    m_t->addAccounts({{"17-10-003", "ORBIT PAPERS"}});
+    QCOMPARE(m_host->open<JobPaperScreen>(entry, screen), f);
+    QVERIFY(name->findText(QStringLiteral("ORBIT PAPERS")) >= 0);
+    QCOMPARE(name->currentText(), QStringLiteral("NOVA FOODS"));
+    QCOMPARE(code->maskText(), QStringLiteral("17-10-002"));
 }
 
 QTEST_MAIN(TestJobPaperScreens)
