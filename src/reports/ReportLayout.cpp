@@ -7,10 +7,12 @@
 // placed when it is painted, so a report of half a million lines holds
 // only its lines, never its pages' items.
 #include "reports/ReportFrame.h"
+#include "reports/ReportStream.h"
 
 #include <QFontMetricsF>
 #include <QHash>
 #include <QPainter>
+#include <QPdfWriter>
 #include <QPen>
 
 namespace Reports {
@@ -165,7 +167,11 @@ QVector<QFont> makeFonts()
 class PageBuilder
 {
 public:
-    PageBuilder(const RenderedReport &r, LayoutData &L) : m_r(&r), m_d(&r.design), m_L(L)
+    // `needs`: the widest figures of the lines, when the lines are not in
+    // the report (a report written from a spool); else they are measured
+    // from the report's lines.
+    PageBuilder(const RenderedReport &r, LayoutData &L, const detail::ColumnNeeds *needs = nullptr)
+        : m_r(&r), m_d(&r.design), m_L(L)
     {
         L.fonts = makeFonts();
         for (const QFont &f : L.fonts)
@@ -176,7 +182,14 @@ public:
         L.size = m_d->halfPage ? QSizeF(kA4Width, kA4Height / 2) : a4;
         m_left = kMarginX;
         m_right = L.size.width() - kMarginX;
-        shareColumns();
+        if (needs) {
+            shareColumns(*needs);
+        } else {
+            detail::ColumnNeeds measured;
+            for (const ReportLine &l : r.lines)
+                measured.note(r.design, l);
+            shareColumns(measured);
+        }
     }
 
     // The report has moved (the viewer takes it over): read it there.
@@ -184,6 +197,15 @@ public:
 
     // Settles the header, the footer and where every page starts.
     void run()
+    {
+        startRun();
+        for (int i = 0; i < m_r->lines.size(); ++i)
+            measureLine(m_r->lines.at(i), i);
+        endRun(int(m_r->lines.size()));
+    }
+
+    // The same in steps, for lines that are not held in the report.
+    void startRun()
     {
         buildHeader();
         m_L.footer = !m_d->strip;
@@ -199,34 +221,93 @@ public:
         m_L.pageStarts.clear();
         m_L.pageStarts << 0;
         m_y = m_bodyTop;
-        for (int i = 0; i < m_r->lines.size(); ++i) {
-            const ReportLine &l = m_r->lines.at(i);
-            if (breaksBefore(l)) {
-                m_L.pageStarts << i;
-                m_y = m_bodyTop;
-            }
-            m_y += heightOf(l);
+    }
+
+    void measureLine(const ReportLine &l, int index)
+    {
+        if (breaksBefore(l)) {
+            m_L.pageStarts << index;
+            m_y = m_bodyTop;
         }
-        if (m_y + endHeight() > m_bottom && !m_r->lines.isEmpty() && endHeight() > 0)
-            m_L.pageStarts << int(m_r->lines.size()); // the words and signatures on a page of their own
+        m_y += heightOf(l);
+    }
+
+    void endRun(int lineCount)
+    {
+        if (m_y + endHeight() > m_bottom && lineCount > 0 && endHeight() > 0)
+            m_L.pageStarts << lineCount; // the words and signatures on a page of their own
     }
 
     // Places the lines of one page.
     Page place(int index)
     {
-        Page page;
         const int first = m_L.pageStarts.value(index, 0);
         const bool last = index == m_L.pageStarts.size() - 1;
         const int end = last ? int(m_r->lines.size()) : m_L.pageStarts.at(index + 1);
-        m_y = m_bodyTop;
+        Page page = beginPage();
         for (int i = first; i < end; ++i)
-            placeLine(page, i);
-        if (last) {
-            placeWords(page);
-            if (!m_d->signatures.isEmpty())
-                placeSignatures(page);
-        }
+            placeLine(page, m_r->lines.at(i), i);
+        if (last)
+            endLastPage(page);
         return page;
+    }
+
+    // The same in steps: a page begun, its lines placed, and after the
+    // last page's lines what closes the report.
+    Page beginPage()
+    {
+        m_y = m_bodyTop;
+        return Page();
+    }
+
+    void endLastPage(Page &page)
+    {
+        placeWords(page);
+        if (!m_d->signatures.isEmpty())
+            placeSignatures(page);
+    }
+
+    void placeLine(Page &page, const ReportLine &l, int index)
+    {
+        const qreal h = heightOf(l);
+        qreal y = m_y;
+        const qreal rh = rowHeight();
+        switch (l.kind) {
+        case ReportLine::Kind::GroupHeader: {
+            y += h - rh;
+            const qreal x = m_left + kPad + l.level * kIndent;
+            addWrapped(page.items, QRectF(x, y, m_right - x, rh), l.label, BodyBold, Qt::AlignLeft | Qt::AlignVCenter);
+            break;
+        }
+        case ReportLine::Kind::Detail: {
+            const int font = l.emphasis ? BodyBold : Body;
+            for (int i = 0; i < l.texts.size(); ++i)
+                addWrapped(page.items, cell(i, y, rh), l.texts.at(i), font, alignOf(m_d->columns.at(i)) | Qt::AlignVCenter);
+            page.hits.append(qMakePair(QRectF(m_left, y, m_right - m_left, h), index));
+            break;
+        }
+        case ReportLine::Kind::GroupFooter:
+        case ReportLine::Kind::Total: {
+            const bool total = l.kind == ReportLine::Kind::Total;
+            y += 20;
+            const int first = firstSumColumn(l);
+            const qreal labelX = m_left + kPad + (total ? 0 : l.level * kIndent);
+            const qreal labelRight = first < m_d->columns.size() ? m_colX.at(first) : m_right;
+            for (int i = 0; i < l.texts.size(); ++i) {
+                if (l.texts.at(i).isEmpty())
+                    continue;
+                addLine(page.items, m_colX.at(i) + kPad, m_colX.at(i) + m_colW.at(i) - kPad, y);
+                addText(page.items, cell(i, y + 10, rh), l.texts.at(i), BodyBold,
+                        alignOf(m_d->columns.at(i)) | Qt::AlignVCenter);
+                if (total)
+                    addLine(page.items, m_colX.at(i) + kPad, m_colX.at(i) + m_colW.at(i) - kPad, y + rh + 30, true);
+            }
+            addText(page.items, QRectF(labelX, y + 10, qMax<qreal>(labelRight - labelX - kPad, 800), rh), l.label,
+                    BodyBold, Qt::AlignLeft | Qt::AlignVCenter);
+            break;
+        }
+        }
+        m_y += h;
     }
 
 private:
@@ -251,7 +332,7 @@ private:
     // figure's column is never narrower than its widest figure (totals
     // included) or its caption: what it needs is taken from the text
     // columns, whose texts wrap instead.
-    void shareColumns()
+    void shareColumns(const detail::ColumnNeeds &needs)
     {
         const int n = m_d->columns.size();
         const qreal page = m_right - m_left;
@@ -261,34 +342,14 @@ private:
         QVector<qreal> w(n), need(n, 0);
         for (int i = 0; i < n; ++i)
             w[i] = page * m_d->columns.at(i).width / total;
-        // Figures in this font have one width per character, so only the
-        // longest texts of a column need measuring.
-        QVector<QHash<QString, int>> longest(n);
-        QVector<int> longestLen(n, 0);
-        for (const ReportLine &l : m_r->lines) {
-            const int font = l.kind == ReportLine::Kind::Detail && !l.emphasis ? Body : BodyBold;
-            for (int i = 0; i < n && i < l.texts.size(); ++i) {
-                if (!isFigure(m_d->columns.at(i)))
-                    continue;
-                const QString &t = l.texts.at(i);
-                if (t.size() + 1 < longestLen.at(i))
-                    continue;
-                if (t.size() > longestLen.at(i) + 1) {
-                    longest[i].clear();
-                    longestLen[i] = t.size();
-                } else if (t.size() > longestLen.at(i)) {
-                    longestLen[i] = t.size();
-                }
-                if (longest.at(i).size() < 64)
-                    longest[i].insert(t, font);
-            }
-        }
+        const QVector<QHash<QString, int>> &longest = needs.longest;
         for (int i = 0; i < n; ++i) {
             if (!isFigure(m_d->columns.at(i)))
                 continue;
             qreal widest = advance(m_d->columns.at(i).caption, Caption);
-            for (auto it = longest.at(i).constBegin(); it != longest.at(i).constEnd(); ++it)
-                widest = qMax(widest, advance(it.key(), it.value()));
+            if (i < longest.size())
+                for (auto it = longest.at(i).constBegin(); it != longest.at(i).constEnd(); ++it)
+                    widest = qMax(widest, advance(it.key(), it.value()));
             need[i] = widest + 2 * kPad + 10;
         }
         qreal short_ = 0, textRoom = 0;
@@ -561,50 +622,6 @@ private:
         return m_d->columns.size();
     }
 
-    void placeLine(Page &page, int index)
-    {
-        const ReportLine &l = m_r->lines.at(index);
-        const qreal h = heightOf(l);
-        qreal y = m_y;
-        const qreal rh = rowHeight();
-        switch (l.kind) {
-        case ReportLine::Kind::GroupHeader: {
-            y += h - rh;
-            const qreal x = m_left + kPad + l.level * kIndent;
-            addWrapped(page.items, QRectF(x, y, m_right - x, rh), l.label, BodyBold, Qt::AlignLeft | Qt::AlignVCenter);
-            break;
-        }
-        case ReportLine::Kind::Detail: {
-            const int font = l.emphasis ? BodyBold : Body;
-            for (int i = 0; i < l.texts.size(); ++i)
-                addWrapped(page.items, cell(i, y, rh), l.texts.at(i), font, alignOf(m_d->columns.at(i)) | Qt::AlignVCenter);
-            page.hits.append(qMakePair(QRectF(m_left, y, m_right - m_left, h), index));
-            break;
-        }
-        case ReportLine::Kind::GroupFooter:
-        case ReportLine::Kind::Total: {
-            const bool total = l.kind == ReportLine::Kind::Total;
-            y += 20;
-            const int first = firstSumColumn(l);
-            const qreal labelX = m_left + kPad + (total ? 0 : l.level * kIndent);
-            const qreal labelRight = first < m_d->columns.size() ? m_colX.at(first) : m_right;
-            for (int i = 0; i < l.texts.size(); ++i) {
-                if (l.texts.at(i).isEmpty())
-                    continue;
-                addLine(page.items, m_colX.at(i) + kPad, m_colX.at(i) + m_colW.at(i) - kPad, y);
-                addText(page.items, cell(i, y + 10, rh), l.texts.at(i), BodyBold,
-                        alignOf(m_d->columns.at(i)) | Qt::AlignVCenter);
-                if (total)
-                    addLine(page.items, m_colX.at(i) + kPad, m_colX.at(i) + m_colW.at(i) - kPad, y + rh + 30, true);
-            }
-            addText(page.items, QRectF(labelX, y + 10, qMax<qreal>(labelRight - labelX - kPad, 800), rh), l.label,
-                    BodyBold, Qt::AlignLeft | Qt::AlignVCenter);
-            break;
-        }
-        }
-        m_y += h;
-    }
-
     void placeWords(Page &page)
     {
         if (m_r->amountWords.isEmpty())
@@ -714,16 +731,12 @@ const LayoutData &RenderedReport::pages() const
     return *m_layout;
 }
 
-void RenderedReport::paintPage(QPainter &p, int page, const QRectF &target) const
+namespace {
+
+// One laid-out page with the header and footer every page has.
+void paintLaidOutPage(QPainter &p, const LayoutData &L, const Page &items, int page, int pageCount,
+                      const QImage &logo, const QRectF &target)
 {
-    const LayoutData &L = pages();
-    if (hasChartPage() && page == L.pageStarts.size()) {
-        paintChartPage(p, target);
-        return;
-    }
-    if (page < 0 || page >= L.pageStarts.size())
-        return;
-    const Page &items = L.page(*this, page);
     p.save();
     p.translate(target.topLeft());
     p.scale(target.width() / L.size.width(), target.height() / L.size.height());
@@ -745,9 +758,23 @@ void RenderedReport::paintPage(QPainter &p, int page, const QRectF &target) cons
         const QRectF row(left, L.footerTop + 40, right - left, h);
         p.drawText(row, Qt::AlignLeft | Qt::AlignVCenter, L.footerLeft);
         p.setPen(Qt::black);
-        p.drawText(row, Qt::AlignRight | Qt::AlignVCenter, QStringLiteral("Page %1 of %2").arg(page + 1).arg(pageCount()));
+        p.drawText(row, Qt::AlignRight | Qt::AlignVCenter, QStringLiteral("Page %1 of %2").arg(page + 1).arg(pageCount));
     }
     p.restore();
+}
+
+} // namespace
+
+void RenderedReport::paintPage(QPainter &p, int page, const QRectF &target) const
+{
+    const LayoutData &L = pages();
+    if (hasChartPage() && page == L.pageStarts.size()) {
+        paintChartPage(p, target);
+        return;
+    }
+    if (page < 0 || page >= L.pageStarts.size())
+        return;
+    paintLaidOutPage(p, L, L.page(*this, page), page, pageCount(), logo, target);
 }
 
 void RenderedReport::paintChartPage(QPainter &p, const QRectF &target) const
@@ -824,5 +851,123 @@ QStringList RenderedReport::pageTexts() const
     }
     return out;
 }
+
+// ------------------------------------------------------------ spooled pages
+
+namespace detail {
+
+void ColumnNeeds::note(const ReportDesign &design, const ReportLine &l)
+{
+    const int n = design.columns.size();
+    if (longest.size() < n) {
+        longest.resize(n);
+        longestLen.resize(n);
+    }
+    const int font = l.kind == ReportLine::Kind::Detail && !l.emphasis ? Body : BodyBold;
+    for (int i = 0; i < n && i < l.texts.size(); ++i) {
+        if (design.columns.at(i).format == FieldFormat::Text)
+            continue;
+        const QString &t = l.texts.at(i);
+        if (t.size() + 1 < longestLen.at(i))
+            continue;
+        if (t.size() > longestLen.at(i) + 1) {
+            longest[i].clear();
+            longestLen[i] = t.size();
+        } else if (t.size() > longestLen.at(i)) {
+            longestLen[i] = t.size();
+        }
+        if (longest.at(i).size() < 64)
+            longest[i].insert(t, font);
+    }
+}
+
+bool LineSpool::open(QString *error)
+{
+    if (!m_file.open()) {
+        if (error)
+            *error = QStringLiteral("The report's work file cannot be made: %1").arg(m_file.errorString());
+        return false;
+    }
+    m_stream.setDevice(&m_file);
+    return true;
+}
+
+void LineSpool::append(const ReportLine &l)
+{
+    m_stream << qint8(l.kind) << qint32(l.level) << l.emphasis << qint32(l.sourceRow) << l.label << l.texts;
+    ++m_count;
+}
+
+bool LineSpool::rewind()
+{
+    m_read = 0;
+    return m_file.flush() && m_file.seek(0) && m_stream.status() == QDataStream::Ok;
+}
+
+bool LineSpool::next(ReportLine &l)
+{
+    if (m_read >= m_count)
+        return false;
+    qint8 kind = 0;
+    qint32 level = 0, sourceRow = -1;
+    m_stream >> kind >> level >> l.emphasis >> sourceRow >> l.label >> l.texts;
+    l.kind = ReportLine::Kind(kind);
+    l.level = level;
+    l.sourceRow = sourceRow;
+    ++m_read;
+    return m_stream.status() == QDataStream::Ok;
+}
+
+int writeSpooledPdf(const RenderedReport &shell, const ColumnNeeds &needs, LineSpool &spool, const QString &path,
+                    QString *error)
+{
+    auto failed = [&](const QString &why) {
+        if (error)
+            *error = why;
+        return -1;
+    };
+    LayoutData L;
+    L.builder = std::make_unique<PageBuilder>(shell, L, &needs);
+    PageBuilder &b = *L.builder;
+    // Where each page starts, from the lines' heights alone.
+    b.startRun();
+    if (!spool.rewind())
+        return failed(QStringLiteral("The report's work file cannot be read."));
+    ReportLine line;
+    int lines = 0;
+    while (spool.next(line))
+        b.measureLine(line, lines++);
+    if (lines != spool.count())
+        return failed(QStringLiteral("The report's work file cannot be read."));
+    b.endRun(lines);
+    const int count = L.pageStarts.size();
+
+    QPdfWriter pdf(path);
+    setUpPdfWriter(pdf, shell);
+    QPainter p;
+    if (!p.begin(&pdf))
+        return failed(QStringLiteral("The output cannot be opened for drawing."));
+    if (!spool.rewind())
+        return failed(QStringLiteral("The report's work file cannot be read."));
+    int at = 0;
+    for (int page = 0; page < count; ++page) {
+        if (page > 0)
+            pdf.newPage();
+        const int end = page + 1 < count ? L.pageStarts.at(page + 1) : lines;
+        Page items = b.beginPage();
+        for (; at < end && spool.next(line); ++at)
+            b.placeLine(items, line, at);
+        if (page == count - 1)
+            b.endLastPage(items);
+        const QRectF sheet(0, 0, pdf.width(), pdf.height());
+        p.fillRect(sheet, Qt::white);
+        paintLaidOutPage(p, L, items, page, count, shell.logo, sheet);
+    }
+    if (!p.end())
+        return failed(QStringLiteral("%1 cannot be written.").arg(path));
+    return count;
+}
+
+} // namespace detail
 
 } // namespace Reports
