@@ -11,9 +11,14 @@
 
 #include <QFontMetricsF>
 #include <QHash>
+#include <QMap>
+#include <QGlyphRun>
 #include <QPainter>
+#include <QRawFont>
 #include <QPdfWriter>
 #include <QPen>
+
+#include <array>
 
 namespace Reports {
 
@@ -64,6 +69,15 @@ struct LayoutData
     std::unique_ptr<PageBuilder> builder;
     // The pages placed lately (a few, for the viewer going back and forth).
     mutable QVector<QPair<int, std::shared_ptr<Page>>> recent;
+    // Each font's glyphs of the first 256 characters, looked up once.
+    struct Face
+    {
+        QRawFont raw;
+        std::array<quint32, 256> glyph{};
+        std::array<qreal, 256> advance{};
+    };
+    mutable QVector<std::shared_ptr<Face>> faces;
+    const Face &face(int font) const;
     ~LayoutData();
 
     const Page &page(const RenderedReport &r, int index) const;
@@ -151,6 +165,8 @@ QVector<QFont> makeFonts()
         font.setHintingPreference(QFont::PreferNoHinting);
         font.setPixelSize(px);
         font.setBold(bold);
+        // Texts are measured and drawn glyph by glyph, without pairs.
+        font.setKerning(false);
         return font;
     };
     f[Body] = mk(78, false);
@@ -671,6 +687,27 @@ const Page &LayoutData::page(const RenderedReport &r, int index) const
     return *made;
 }
 
+const LayoutData::Face &LayoutData::face(int font) const
+{
+    if (faces.size() < fonts.size())
+        faces.resize(fonts.size());
+    if (!faces.at(font)) {
+        auto f = std::make_shared<Face>();
+        f->raw = QRawFont::fromFont(fonts.at(font));
+        for (int c = 32; c < 256; ++c) {
+            if (c >= 127 && c < 160)
+                continue;
+            const QList<quint32> g = f->raw.glyphIndexesForString(QString(QChar(c)));
+            if (g.size() != 1 || g.first() == 0)
+                continue;
+            f->glyph[c] = g.first();
+            f->advance[c] = f->raw.advancesForGlyphIndexes(g).value(0).x();
+        }
+        faces[font] = f;
+    }
+    return *faces.at(font);
+}
+
 namespace {
 
 // What the painter holds already, so that a page of a thousand texts does
@@ -681,10 +718,69 @@ struct PaintState
     int pen = -1; // 0 black text, 1 grey text, 2 rule
 };
 
-void paintItem(QPainter &p, const LayoutData &L, const PageItem &it, const QImage &logo, PaintState &st)
+// The texts of a page in Latin letters, gathered into one run of glyphs a
+// font and colour and drawn at the end of the page: no shaping of each
+// text, and one call where a page has thousands of texts. A text with
+// another character is drawn on its own, the usual way.
+class GlyphBatch
+{
+public:
+    explicit GlyphBatch(const LayoutData &L) : m_L(L) {}
+
+    bool add(const PageItem &it)
+    {
+        const LayoutData::Face &f = m_L.face(it.font);
+        Run &run = m_runs[it.font * 2 + (it.grey ? 1 : 0)];
+        const int mark = run.glyphs.size();
+        qreal x = it.baseline.x();
+        for (const QChar ch : it.text) {
+            const ushort c = ch.unicode();
+            if (c >= 256 || f.glyph[c] == 0) {
+                run.glyphs.resize(mark);
+                run.positions.resize(mark);
+                return false;
+            }
+            if (c != ' ') {
+                run.glyphs << f.glyph[c];
+                run.positions << QPointF(x, it.baseline.y());
+            }
+            x += f.advance[c];
+        }
+        return true;
+    }
+
+    void flush(QPainter &p)
+    {
+        for (auto it = m_runs.cbegin(); it != m_runs.cend(); ++it) {
+            if (it.value().glyphs.isEmpty())
+                continue;
+            QGlyphRun run;
+            run.setRawFont(m_L.face(it.key() / 2).raw);
+            run.setGlyphIndexes(it.value().glyphs);
+            run.setPositions(it.value().positions);
+            p.setPen(it.key() % 2 ? QColor(90, 90, 90) : QColor(Qt::black));
+            p.drawGlyphRun(QPointF(0, 0), run);
+        }
+        m_runs.clear();
+    }
+
+private:
+    struct Run
+    {
+        QList<quint32> glyphs;
+        QList<QPointF> positions;
+    };
+    const LayoutData &m_L;
+    QMap<int, Run> m_runs;
+};
+
+void paintItem(QPainter &p, const LayoutData &L, const PageItem &it, const QImage &logo, PaintState &st,
+               GlyphBatch *batch = nullptr)
 {
     switch (it.kind) {
     case PageItem::Kind::Text: {
+        if (batch && batch->add(it))
+            break;
         if (st.font != it.font) {
             p.setFont(L.fonts.at(it.font));
             st.font = it.font;
@@ -744,10 +840,13 @@ void paintLaidOutPage(QPainter &p, const LayoutData &L, const Page &items, int p
     p.setRenderHint(QPainter::TextAntialiasing, true);
     p.setRenderHint(QPainter::SmoothPixmapTransform, true);
     PaintState st;
+    GlyphBatch batch(L);
     for (const PageItem &it : L.header)
-        paintItem(p, L, it, logo, st);
+        paintItem(p, L, it, logo, st, &batch);
     for (const PageItem &it : items.items)
-        paintItem(p, L, it, logo, st);
+        paintItem(p, L, it, logo, st, &batch);
+    batch.flush(p);
+    st = PaintState();
     if (L.footer) {
         const qreal left = kMarginX, right = L.size.width() - kMarginX;
         const qreal h = QFontMetricsF(L.fonts.at(Small)).height();
