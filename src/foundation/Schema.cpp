@@ -182,7 +182,10 @@ const QVector<Index> &indexes()
         // account above all) is summed from the index alone.
         {QStringLiteral("ixPartyBalanceCode"), QStringLiteral("tblPartyBalance"), QStringLiteral("PartyCode, VDate, PartyBalance"), false},
         {QStringLiteral("ixPartyBalanceVoucher"), QStringLiteral("tblPartyBalance"), QStringLiteral("VoucherType, VoucherNo, VDate"), false},
-        {QStringLiteral("ixPartyBalanceDate"), QStringLiteral("tblPartyBalance"), QStringLiteral("VDate"), false},
+        // The days of the months a statement's period cuts are summed from
+        // the index alone.
+        {QStringLiteral("ixPartyBalanceDateAmounts"), QStringLiteral("tblPartyBalance"),
+         QStringLiteral("VDate, PartyCode, PartyDR, PartyCR, PartyBalance"), false},
         // The sale-invoice debits alone, in the order the ageing lays a
         // party's balance on them (newest first), with what it prints.
         {QStringLiteral("ixPartyBalanceSaleInvoice"), QStringLiteral("tblPartyBalance"),

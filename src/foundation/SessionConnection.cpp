@@ -642,6 +642,59 @@ QueryResult SessionConnection::run(const QString &sql, const Params &params, boo
     return result;
 }
 
+qint64 SessionConnection::forEachRow(const QString &sql, const QVariantList &params,
+                                     const std::function<void(const Row &)> &each,
+                                     const std::function<void(const QStringList &)> &started)
+{
+    reconnectIfLost();
+    if (isSQLite() && m_depth > 0 && !m_yearLocked && touchesYearFile(sql))
+        lockYearFile();
+    if (m_hook)
+        m_hook(sql);
+    // A statement of its own, not the prepared cache: it stays open while
+    // the rows are handed over.
+    QSqlQuery q(m_db);
+    q.setForwardOnly(true);
+    if (!q.prepare(sql))
+        fail(q.lastError(), sql);
+    bindAll(q, params, *this);
+    if (!q.exec()) {
+        const QSqlError error = q.lastError();
+        q.finish();
+        fail(error, sql);
+    }
+    const QSqlRecord rec = q.record();
+    QStringList columns;
+    auto index = std::make_shared<QHash<QString, int>>();
+    for (int i = 0; i < rec.count(); ++i) {
+        columns << rec.fieldName(i);
+        const QString key = rec.fieldName(i).toLower();
+        if (!index->contains(key))
+            index->insert(key, i);
+    }
+    if (started)
+        started(columns);
+    const std::shared_ptr<const QHash<QString, int>> shared = index;
+    const int n = rec.count();
+    qint64 count = 0;
+    while (q.next()) {
+        QVector<QVariant> values(n);
+        for (int i = 0; i < n; ++i)
+            values[i] = q.value(i);
+        each(Row(shared, std::move(values)));
+        ++count;
+    }
+    // A read cut short by the engine (a server gone away) is an error, not
+    // a shorter report.
+    if (q.lastError().isValid()) {
+        const QSqlError error = q.lastError();
+        q.finish();
+        fail(error, sql);
+    }
+    q.finish();
+    return count;
+}
+
 QueryResult SessionConnection::select(const QString &sql, const QVariantList &params)
 {
     return run(sql, params, true, nullptr);

@@ -155,6 +155,17 @@ public:
     QVariant scalar(const QString &sql, const QVariantMap &params);
     std::optional<Money> scalarMoney(const QString &sql, const QVariantList &params = {});
 
+    // Reads a SELECT forward only without holding its result: `each` gets
+    // the rows one after another, and only the row in hand is in memory
+    // (the embedded store steps its statement; a server hands the rows over
+    // one at a time). `started`, when given, gets the column names before
+    // the first row. Returns the number of rows read. While it reads, the
+    // connection is busy: `each` must not run statements of its own.
+    // A DbError thrown by the engine, or anything `each` throws, ends the
+    // read and goes on to the caller.
+    qint64 forEachRow(const QString &sql, const QVariantList &params, const std::function<void(const Row &)> &each,
+                      const std::function<void(const QStringList &columns)> &started = {});
+
     // Runs a writing statement; returns the number of rows it touched.
     int execute(const QString &sql, const QVariantList &params = {});
     int execute(const QString &sql, const QVariantMap &params);

@@ -1,5 +1,6 @@
 #include "reports/ReportExport.h"
 #include "reports/ReportFrame.h"
+#include "reports/ReportStream.h"
 
 #include <QDir>
 #include <QFile>
@@ -61,6 +62,12 @@ bool exportPdf(const RenderedReport &report, const QString &path, QString *error
         }
     }
     QPdfWriter pdf(path);
+    detail::setUpPdfWriter(pdf, report);
+    return paintReport(report, pdf, error);
+}
+
+void detail::setUpPdfWriter(QPdfWriter &pdf, const RenderedReport &report)
+{
     pdf.setResolution(600);
     pdf.setPageSize(QPageSize(QPageSize::A4));
     pdf.setPageOrientation(report.design.landscape && !report.design.halfPage ? QPageLayout::Landscape
@@ -68,7 +75,6 @@ bool exportPdf(const RenderedReport &report, const QString &path, QString *error
     pdf.setPageMargins(QMarginsF(0, 0, 0, 0));
     pdf.setTitle(report.heading);
     pdf.setCreator(creditCompanyName());
-    return paintReport(report, pdf, error);
 }
 
 // ------------------------------------------------------------ CSV

@@ -2,10 +2,13 @@
 
 #include "foundation/ConnectionProfile.h"
 #include "foundation/Schema.h"
+#include "reports/ReportExport.h"
+#include "reports/ReportStream.h"
 
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QLocale>
 #include <QRegularExpression>
 #include <QSet>
@@ -363,110 +366,136 @@ ReportLine sumLine(const ReportDesign &d, const Sums &s, const QStringList &fiel
     return l;
 }
 
-void buildLines(RenderedReport &r)
+// Turns rows into report lines as they come: group headings and footers,
+// running sums, totals. Holds the open groups' sums and the row before,
+// never the rows read.
+class LineMaker
 {
-    const ReportDesign &d = r.design;
-    const int ncols = d.columns.size();
-    const int ngroups = d.groups.size();
+public:
+    LineMaker(const ReportDesign &d, const QStringList &columns, std::function<void(ReportLine &&)> sink)
+        : m_d(d), m_emit(std::move(sink)), m_ncols(d.columns.size()), m_ngroups(d.groups.size()),
+          m_colIndex(m_ncols), m_openKeys(m_ngroups), m_groupSums(m_ngroups, Sums(m_ncols)), m_total(m_ncols),
+          m_running(m_ncols)
+    {
+        for (int i = 0; i < m_ncols; ++i)
+            m_colIndex[i] = columns.indexOf(QRegularExpression(QStringLiteral("^%1$").arg(d.columns.at(i).field),
+                                                               QRegularExpression::CaseInsensitiveOption));
+    }
 
-    QVector<int> colIndex(ncols);
-    for (int i = 0; i < ncols; ++i)
-        colIndex[i] = r.rows.columns.indexOf(QRegularExpression(QStringLiteral("^%1$").arg(d.columns.at(i).field),
-                                                                QRegularExpression::CaseInsensitiveOption));
-    QVector<QString> openKeys(ngroups);
-    QVector<Sums> groupSums(ngroups, Sums(ncols));
-    QVector<int> groupFirstRow(ngroups, -1);
-    Sums total(ncols);
-    QVector<Money> running(ncols);
-    bool anyOpen = false;
-
-    auto closeFrom = [&](int level, int lastRow) {
-        for (int g = ngroups - 1; g >= level; --g) {
-            const DesignGroup &grp = d.groups.at(g);
-            if (!grp.footer.isEmpty() || !grp.sums.isEmpty()) {
-                const QString label = expandTemplate(grp.footer, r.rows.at(lastRow), d, groupSums.at(g).count);
-                r.lines << sumLine(d, groupSums.at(g), grp.sums, ReportLine::Kind::GroupFooter, g, label);
-            }
-        }
-    };
-
-    r.lines.reserve(r.rows.size() + 16);
-    for (int ri = 0; ri < r.rows.size(); ++ri) {
-        const Row &row = r.rows.at(ri);
+    void add(const Row &row, int sourceRow)
+    {
+        const ReportDesign &d = m_d;
         int changed = -1;
-        for (int g = 0; g < ngroups; ++g) {
-            if (!anyOpen || groupKey(row, d.groups.at(g)) != openKeys.at(g)) {
+        for (int g = 0; g < m_ngroups; ++g) {
+            if (!m_anyOpen || groupKey(row, d.groups.at(g)) != m_openKeys.at(g)) {
                 changed = g;
                 break;
             }
         }
         if (changed >= 0) {
-            if (anyOpen)
-                closeFrom(changed, ri - 1);
-            for (int g = changed; g < ngroups; ++g) {
-                openKeys[g] = groupKey(row, d.groups.at(g));
-                groupSums[g] = Sums(ncols);
-                groupFirstRow[g] = ri;
+            if (m_anyOpen)
+                closeFrom(changed);
+            for (int g = changed; g < m_ngroups; ++g) {
+                m_openKeys[g] = groupKey(row, d.groups.at(g));
+                m_groupSums[g] = Sums(m_ncols);
                 ReportLine h;
                 h.kind = ReportLine::Kind::GroupHeader;
                 h.level = g;
                 h.label = expandTemplate(d.groups.at(g).header, row, d, 0);
-                h.values.resize(ncols);
-                for (int i = 0; i < ncols; ++i)
+                h.values.resize(m_ncols);
+                for (int i = 0; i < m_ncols; ++i)
                     h.texts << QString();
                 if (!h.label.isEmpty())
-                    r.lines << h;
+                    m_emit(std::move(h));
             }
-            running.fill(Money());
+            m_running.fill(Money());
         }
-        anyOpen = true;
+        m_anyOpen = true;
 
         ReportLine l;
         l.kind = ReportLine::Kind::Detail;
-        l.level = ngroups;
-        l.sourceRow = ri;
-        l.values.resize(ncols);
-        l.texts.reserve(ncols);   // exactly: a long ledger holds hundreds of thousands
-        for (int i = 0; i < ncols; ++i) {
+        l.level = m_ngroups;
+        l.sourceRow = sourceRow;
+        l.values.resize(m_ncols);
+        l.texts.reserve(m_ncols);   // exactly: a long ledger holds hundreds of thousands
+        for (int i = 0; i < m_ncols; ++i) {
             const DesignColumn &c = d.columns.at(i);
-            QVariant v = typedValue(row, colIndex.at(i), c.format);
+            QVariant v = typedValue(row, m_colIndex.at(i), c.format);
             if (c.running) {
                 const Money m = v.isValid() ? v.value<Money>() : Money();
-                running[i] += m;
-                v = QVariant::fromValue(running.at(i));
+                m_running[i] += m;
+                v = QVariant::fromValue(m_running.at(i));
             }
             l.values[i] = v;
             l.texts << formatValue(v, c.format, c.decimals, c.blankZero);
         }
         if (!d.emphasisField.isEmpty())
             l.emphasis = trimRight(row.text(d.emphasisField)).endsWith(d.emphasisSuffix);
-        for (int g = 0; g < ngroups; ++g)
-            groupSums[g].add(d, l.values);
-        total.add(d, l.values);
-        r.lines << l;
+        for (int g = 0; g < m_ngroups; ++g)
+            m_groupSums[g].add(d, l.values);
+        m_total.add(d, l.values);
+        m_last = row;
+        m_emit(std::move(l));
     }
-    if (anyOpen && ngroups > 0)
-        closeFrom(0, r.rows.size() - 1);
-    const int dr = d.columnIndex(d.balanceDebit), cr = d.columnIndex(d.balanceCredit);
-    if (dr >= 0 && cr >= 0 && anyOpen) {
-        // The books do not balance until every opening balance is in: the
-        // difference shows on the short side, so the accountant sees at
-        // once where it comes from, and the totals agree.
-        const Money diff = total.money.at(dr) - total.money.at(cr);
-        if (!diff.isZero()) {
-            const int shortSide = diff.isNegative() ? dr : cr;
-            Sums one(ncols);
-            one.money[shortSide] = diff.abs();
-            r.lines << sumLine(d, one, {d.columns.at(shortSide).field}, ReportLine::Kind::GroupFooter, 0, d.balanceCaption);
-            total.money[shortSide] += diff.abs();
+
+    void finish()
+    {
+        const ReportDesign &d = m_d;
+        if (m_anyOpen && m_ngroups > 0)
+            closeFrom(0);
+        const int dr = d.columnIndex(d.balanceDebit), cr = d.columnIndex(d.balanceCredit);
+        if (dr >= 0 && cr >= 0 && m_anyOpen) {
+            // The books do not balance until every opening balance is in: the
+            // difference shows on the short side, so the accountant sees at
+            // once where it comes from, and the totals agree.
+            const Money diff = m_total.money.at(dr) - m_total.money.at(cr);
+            if (!diff.isZero()) {
+                const int shortSide = diff.isNegative() ? dr : cr;
+                Sums one(m_ncols);
+                one.money[shortSide] = diff.abs();
+                m_emit(sumLine(d, one, {d.columns.at(shortSide).field}, ReportLine::Kind::GroupFooter, 0, d.balanceCaption));
+                m_total.money[shortSide] += diff.abs();
+            }
+        }
+        if (!d.totals.isEmpty() || d.countInTotals) {
+            QString label = d.totalsCaption;
+            if (d.countInTotals)
+                label = QStringLiteral("%1 (%2)").arg(label).arg(m_total.count);
+            m_emit(sumLine(d, m_total, d.totals, ReportLine::Kind::Total, 0, label));
         }
     }
-    if (!d.totals.isEmpty() || d.countInTotals) {
-        QString label = d.totalsCaption;
-        if (d.countInTotals)
-            label = QStringLiteral("%1 (%2)").arg(label).arg(total.count);
-        r.lines << sumLine(d, total, d.totals, ReportLine::Kind::Total, 0, label);
+
+private:
+    void closeFrom(int level)
+    {
+        for (int g = m_ngroups - 1; g >= level; --g) {
+            const DesignGroup &grp = m_d.groups.at(g);
+            if (!grp.footer.isEmpty() || !grp.sums.isEmpty()) {
+                const QString label = expandTemplate(grp.footer, m_last, m_d, m_groupSums.at(g).count);
+                m_emit(sumLine(m_d, m_groupSums.at(g), grp.sums, ReportLine::Kind::GroupFooter, g, label));
+            }
+        }
     }
+
+    const ReportDesign &m_d;
+    std::function<void(ReportLine &&)> m_emit;
+    int m_ncols, m_ngroups;
+    QVector<int> m_colIndex;
+    QVector<QString> m_openKeys;
+    QVector<Sums> m_groupSums;
+    Sums m_total;
+    QVector<Money> m_running;
+    Row m_last;
+    bool m_anyOpen = false;
+};
+
+void buildLines(RenderedReport &r)
+{
+    r.lines.reserve(r.rows.size() + 16);
+    LineMaker maker(r.design, r.rows.columns, [&r](ReportLine &&l) { r.lines << std::move(l); });
+    for (int ri = 0; ri < r.rows.size(); ++ri)
+        maker.add(r.rows.at(ri), ri);
+    maker.finish();
 }
 
 QString periodLine(const ReportRequest &req, const ReportDesign &d)
@@ -589,10 +618,20 @@ RenderedReport ReportFrame::render(SessionConnection &db, const ReportRequest &r
     return render(db, request, DesignCatalogue(userDesignDir()));
 }
 
-RenderedReport ReportFrame::render(SessionConnection &db, const ReportRequest &request,
-                                   const DesignCatalogue &catalogue)
+namespace {
+
+struct Statement
 {
-    RenderedReport r;
+    QString sql;
+    QVariantList params;
+};
+
+// Everything before the rows are read: the design, the letterhead, the
+// period (set for this session while `period` lives), the fields checked,
+// and the statement that reads the rows.
+Statement beginReport(SessionConnection &db, const ReportRequest &request, const DesignCatalogue &catalogue,
+                      RenderedReport &r, std::optional<PeriodScope> &period)
+{
     r.request = request;
     r.design = catalogue.load(request.design, &r.warnings);
     if (!request.signatures.isEmpty())
@@ -607,13 +646,12 @@ RenderedReport ReportFrame::render(SessionConnection &db, const ReportRequest &r
                                          "\"%2\" is not one of them")
                               .arg(QDir::toNativeSeparators(d.origin), source));
 
-    r.header = headerTexts(db, request.letterhead);
-    r.logo = logo();
+    r.header = ReportFrame::headerTexts(db, request.letterhead);
+    r.logo = ReportFrame::logo();
     r.printedAt = QDateTime::currentDateTime();
     r.heading = !request.heading.isEmpty() ? request.heading : (!request.title.isEmpty() ? request.title : d.title);
     r.periodText = periodLine(request, d);
 
-    std::optional<PeriodScope> period;
     if (request.hasPeriod()) {
         const QDate from = request.from.isValid() ? request.from : QDate(1900, 1, 1);
         if (request.writePeriodRow && !db.isReadOnly()) { // an archived year is only read
@@ -663,18 +701,104 @@ RenderedReport ReportFrame::render(SessionConnection &db, const ReportRequest &r
         sql += QStringLiteral(" WHERE ") + where.join(QStringLiteral(" AND "));
     if (!order.isEmpty())
         sql += QStringLiteral(" ORDER BY ") + order.join(QStringLiteral(", "));
-    r.rows = db.select(sql, params);
-    period.reset();
+    return {sql, params};
+}
 
-    buildLines(r);
+// The texts that need the rows read: the date of "AS AT" and the total in
+// words (from the report's last line).
+void endReport(RenderedReport &r, const ReportLine *lastLine)
+{
+    const ReportDesign &d = r.design;
     r.asAtText = asAtLine(r);
-    if (!d.wordsField.isEmpty() && !r.lines.isEmpty()) {
-        const int col = d.columnIndex(d.wordsField);
-        const QVariant v = r.lines.constLast().values.value(col);
-        if (r.lines.constLast().kind == ReportLine::Kind::Total && v.isValid())
+    if (!d.wordsField.isEmpty() && lastLine) {
+        const QVariant v = lastLine->values.value(d.columnIndex(d.wordsField));
+        if (lastLine->kind == ReportLine::Kind::Total && v.isValid())
             r.amountWords = amountInWords(v.value<Money>());
     }
+}
+
+} // namespace
+
+RenderedReport ReportFrame::render(SessionConnection &db, const ReportRequest &request,
+                                   const DesignCatalogue &catalogue)
+{
+    RenderedReport r;
+    std::optional<PeriodScope> period;
+    const Statement st = beginReport(db, request, catalogue, r, period);
+    r.rows = db.select(st.sql, st.params);
+    period.reset();
+    buildLines(r);
+    endReport(r, r.lines.isEmpty() ? nullptr : &r.lines.constLast());
     return r;
+}
+
+bool ReportFrame::writeFile(SessionConnection &db, const ReportRequest &request, const QString &path,
+                            QString *error, WrittenReport *written)
+{
+    return writeFile(db, request, path, DesignCatalogue(userDesignDir()), error, written);
+}
+
+bool ReportFrame::writeFile(SessionConnection &db, const ReportRequest &request, const QString &path,
+                            const DesignCatalogue &catalogue, QString *error, WrittenReport *written)
+{
+    const bool pdf = QFileInfo(path).suffix().compare(QLatin1String("pdf"), Qt::CaseInsensitive) == 0;
+    const ReportDesign design = catalogue.load(request.design);
+    if (!pdf || design.chart || design.halfPage) {
+        // A workbook, a CSV, a chart or a half-page document: the whole
+        // report first (these are short, or never laid out).
+        const RenderedReport r = render(db, request, catalogue);
+        if (written) {
+            written->rows = r.rows.size();
+            written->pages = pdf ? r.pageCount() : 0;
+        }
+        return exportFile(r, path, error);
+    }
+
+    {
+        QFile probe(path);
+        if (!probe.open(QIODevice::WriteOnly)) {
+            if (error)
+                *error = QStringLiteral("%1: %2").arg(QDir::toNativeSeparators(path), probe.errorString());
+            return false;
+        }
+    }
+    RenderedReport shell;
+    std::optional<PeriodScope> period;
+    const Statement st = beginReport(db, request, catalogue, shell, period);
+    detail::LineSpool spool;
+    if (!spool.open(error))
+        return false;
+    detail::ColumnNeeds needs;
+    std::optional<LineMaker> maker;
+    ReportLine last;
+    bool any = false;
+    int sourceRow = 0;
+    const qint64 rows = db.forEachRow(
+        st.sql, st.params,
+        [&](const Row &row) {
+            if (shell.rows.isEmpty())
+                shell.rows.rows << row; // the first row: the document's fields and its date
+            maker->add(row, sourceRow++);
+        },
+        [&](const QStringList &columns) {
+            shell.rows.columns = columns;
+            maker.emplace(shell.design, columns, [&](ReportLine &&l) {
+                needs.note(shell.design, l);
+                spool.append(l);
+                last = std::move(l);
+                any = true;
+            });
+        });
+    period.reset();
+    if (maker)
+        maker->finish();
+    endReport(shell, any ? &last : nullptr);
+    const int pages = detail::writeSpooledPdf(shell, needs, spool, path, error);
+    if (written) {
+        written->rows = rows;
+        written->pages = qMax(0, pages);
+    }
+    return pages >= 0;
 }
 
 // ------------------------------------------------------------ drill-down

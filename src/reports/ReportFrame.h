@@ -178,6 +178,23 @@ public:
     // With the catalogue of the settings file's design folder.
     static RenderedReport render(SessionConnection &db, const ReportRequest &request);
 
+    // Reads the rows and writes the report to `path` (.pdf, .csv, .xlsx)
+    // without holding it: a PDF's rows become lines as they are read, the
+    // lines wait in a spool file, and the pages are laid out and painted
+    // one at a time, so a year's cash ledger takes the memory of a page.
+    // The file is the one exportFile() writes of render(). A file that
+    // cannot be written returns false with `error`; a design fault throws
+    // DesignError and the database DbError, as render() does.
+    struct WrittenReport
+    {
+        qint64 rows = 0;
+        int pages = 0;   // 0 for a file without pages
+    };
+    static bool writeFile(SessionConnection &db, const ReportRequest &request, const QString &path,
+                          QString *error, WrittenReport *written = nullptr);
+    static bool writeFile(SessionConnection &db, const ReportRequest &request, const QString &path,
+                          const DesignCatalogue &catalogue, QString *error, WrittenReport *written = nullptr);
+
     // The letterhead of this session: the logged-on session's, else the
     // row of tblTLClientInfo.
     static HeaderTexts headerTexts(SessionConnection &db, const std::optional<Lookups::Letterhead> &letterhead = {});

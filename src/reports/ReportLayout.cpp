@@ -7,11 +7,18 @@
 // placed when it is painted, so a report of half a million lines holds
 // only its lines, never its pages' items.
 #include "reports/ReportFrame.h"
+#include "reports/ReportStream.h"
 
 #include <QFontMetricsF>
 #include <QHash>
+#include <QMap>
+#include <QGlyphRun>
 #include <QPainter>
+#include <QRawFont>
+#include <QPdfWriter>
 #include <QPen>
+
+#include <array>
 
 namespace Reports {
 
@@ -62,6 +69,15 @@ struct LayoutData
     std::unique_ptr<PageBuilder> builder;
     // The pages placed lately (a few, for the viewer going back and forth).
     mutable QVector<QPair<int, std::shared_ptr<Page>>> recent;
+    // Each font's glyphs of the first 256 characters, looked up once.
+    struct Face
+    {
+        QRawFont raw;
+        std::array<quint32, 256> glyph{};
+        std::array<qreal, 256> advance{};
+    };
+    mutable QVector<std::shared_ptr<Face>> faces;
+    const Face &face(int font) const;
     ~LayoutData();
 
     const Page &page(const RenderedReport &r, int index) const;
@@ -149,6 +165,8 @@ QVector<QFont> makeFonts()
         font.setHintingPreference(QFont::PreferNoHinting);
         font.setPixelSize(px);
         font.setBold(bold);
+        // Texts are measured and drawn glyph by glyph, without pairs.
+        font.setKerning(false);
         return font;
     };
     f[Body] = mk(78, false);
@@ -165,7 +183,11 @@ QVector<QFont> makeFonts()
 class PageBuilder
 {
 public:
-    PageBuilder(const RenderedReport &r, LayoutData &L) : m_r(&r), m_d(&r.design), m_L(L)
+    // `needs`: the widest figures of the lines, when the lines are not in
+    // the report (a report written from a spool); else they are measured
+    // from the report's lines.
+    PageBuilder(const RenderedReport &r, LayoutData &L, const detail::ColumnNeeds *needs = nullptr)
+        : m_r(&r), m_d(&r.design), m_L(L)
     {
         L.fonts = makeFonts();
         for (const QFont &f : L.fonts)
@@ -176,7 +198,14 @@ public:
         L.size = m_d->halfPage ? QSizeF(kA4Width, kA4Height / 2) : a4;
         m_left = kMarginX;
         m_right = L.size.width() - kMarginX;
-        shareColumns();
+        if (needs) {
+            shareColumns(*needs);
+        } else {
+            detail::ColumnNeeds measured;
+            for (const ReportLine &l : r.lines)
+                measured.note(r.design, l);
+            shareColumns(measured);
+        }
     }
 
     // The report has moved (the viewer takes it over): read it there.
@@ -184,6 +213,15 @@ public:
 
     // Settles the header, the footer and where every page starts.
     void run()
+    {
+        startRun();
+        for (int i = 0; i < m_r->lines.size(); ++i)
+            measureLine(m_r->lines.at(i), i);
+        endRun(int(m_r->lines.size()));
+    }
+
+    // The same in steps, for lines that are not held in the report.
+    void startRun()
     {
         buildHeader();
         m_L.footer = !m_d->strip;
@@ -199,34 +237,97 @@ public:
         m_L.pageStarts.clear();
         m_L.pageStarts << 0;
         m_y = m_bodyTop;
-        for (int i = 0; i < m_r->lines.size(); ++i) {
-            const ReportLine &l = m_r->lines.at(i);
-            if (breaksBefore(l)) {
-                m_L.pageStarts << i;
-                m_y = m_bodyTop;
-            }
-            m_y += heightOf(l);
+    }
+
+    void measureLine(const ReportLine &l, int index)
+    {
+        if (breaksBefore(l)) {
+            m_L.pageStarts << index;
+            m_y = m_bodyTop;
         }
-        if (m_y + endHeight() > m_bottom && !m_r->lines.isEmpty() && endHeight() > 0)
-            m_L.pageStarts << int(m_r->lines.size()); // the words and signatures on a page of their own
+        m_y += heightOf(l);
+    }
+
+    void endRun(int lineCount)
+    {
+        if (m_y + endHeight() > m_bottom && lineCount > 0 && endHeight() > 0)
+            m_L.pageStarts << lineCount; // the words and signatures on a page of their own
     }
 
     // Places the lines of one page.
     Page place(int index)
     {
-        Page page;
         const int first = m_L.pageStarts.value(index, 0);
         const bool last = index == m_L.pageStarts.size() - 1;
         const int end = last ? int(m_r->lines.size()) : m_L.pageStarts.at(index + 1);
-        m_y = m_bodyTop;
+        Page page = beginPage();
         for (int i = first; i < end; ++i)
-            placeLine(page, i);
-        if (last) {
-            placeWords(page);
-            if (!m_d->signatures.isEmpty())
-                placeSignatures(page);
-        }
+            placeLine(page, m_r->lines.at(i), i);
+        if (last)
+            endLastPage(page);
         return page;
+    }
+
+    // The same in steps: a page begun, its lines placed, and after the
+    // last page's lines what closes the report.
+    Page beginPage()
+    {
+        m_y = m_bodyTop;
+        return Page();
+    }
+
+    void endLastPage(Page &page)
+    {
+        placeWords(page);
+        if (!m_d->signatures.isEmpty())
+            placeSignatures(page);
+    }
+
+    void placeLine(Page &page, const ReportLine &l, int index)
+    {
+        const qreal h = heightOf(l);
+        qreal y = m_y;
+        const qreal rh = rowHeight();
+        switch (l.kind) {
+        case ReportLine::Kind::GroupHeader: {
+            y += h - rh;
+            const qreal x = m_left + kPad + l.level * kIndent;
+            addWrapped(page.items, QRectF(x, y, m_right - x, rh), l.label, BodyBold, Qt::AlignLeft | Qt::AlignVCenter);
+            break;
+        }
+        case ReportLine::Kind::Detail: {
+            const int font = l.emphasis ? BodyBold : Body;
+            for (int i = 0; i < l.texts.size(); ++i)
+                addWrapped(page.items, cell(i, y, rh), l.texts.at(i), font, alignOf(m_d->columns.at(i)) | Qt::AlignVCenter);
+            page.hits.append(qMakePair(QRectF(m_left, y, m_right - m_left, h), index));
+            if (m_d->ruled) {
+                addColumnRules(page.items, y, y + h);
+                addLine(page.items, m_left, m_right, y + h);
+            }
+            break;
+        }
+        case ReportLine::Kind::GroupFooter:
+        case ReportLine::Kind::Total: {
+            const bool total = l.kind == ReportLine::Kind::Total;
+            y += 20;
+            const int first = firstSumColumn(l);
+            const qreal labelX = m_left + kPad + (total ? 0 : l.level * kIndent);
+            const qreal labelRight = first < m_d->columns.size() ? m_colX.at(first) : m_right;
+            for (int i = 0; i < l.texts.size(); ++i) {
+                if (l.texts.at(i).isEmpty())
+                    continue;
+                addLine(page.items, m_colX.at(i) + kPad, m_colX.at(i) + m_colW.at(i) - kPad, y);
+                addText(page.items, cell(i, y + 10, rh), l.texts.at(i), BodyBold,
+                        alignOf(m_d->columns.at(i)) | Qt::AlignVCenter);
+                if (total)
+                    addLine(page.items, m_colX.at(i) + kPad, m_colX.at(i) + m_colW.at(i) - kPad, y + rh + 30, true);
+            }
+            addText(page.items, QRectF(labelX, y + 10, qMax<qreal>(labelRight - labelX - kPad, 800), rh), l.label,
+                    BodyBold, Qt::AlignLeft | Qt::AlignVCenter);
+            break;
+        }
+        }
+        m_y += h;
     }
 
 private:
@@ -251,7 +352,7 @@ private:
     // figure's column is never narrower than its widest figure (totals
     // included) or its caption: what it needs is taken from the text
     // columns, whose texts wrap instead.
-    void shareColumns()
+    void shareColumns(const detail::ColumnNeeds &needs)
     {
         const int n = m_d->columns.size();
         const qreal page = m_right - m_left;
@@ -261,34 +362,14 @@ private:
         QVector<qreal> w(n), need(n, 0);
         for (int i = 0; i < n; ++i)
             w[i] = page * m_d->columns.at(i).width / total;
-        // Figures in this font have one width per character, so only the
-        // longest texts of a column need measuring.
-        QVector<QHash<QString, int>> longest(n);
-        QVector<int> longestLen(n, 0);
-        for (const ReportLine &l : m_r->lines) {
-            const int font = l.kind == ReportLine::Kind::Detail && !l.emphasis ? Body : BodyBold;
-            for (int i = 0; i < n && i < l.texts.size(); ++i) {
-                if (!isFigure(m_d->columns.at(i)))
-                    continue;
-                const QString &t = l.texts.at(i);
-                if (t.size() + 1 < longestLen.at(i))
-                    continue;
-                if (t.size() > longestLen.at(i) + 1) {
-                    longest[i].clear();
-                    longestLen[i] = t.size();
-                } else if (t.size() > longestLen.at(i)) {
-                    longestLen[i] = t.size();
-                }
-                if (longest.at(i).size() < 64)
-                    longest[i].insert(t, font);
-            }
-        }
+        const QVector<QHash<QString, int>> &longest = needs.longest;
         for (int i = 0; i < n; ++i) {
             if (!isFigure(m_d->columns.at(i)))
                 continue;
             qreal widest = advance(m_d->columns.at(i).caption, Caption);
-            for (auto it = longest.at(i).constBegin(); it != longest.at(i).constEnd(); ++it)
-                widest = qMax(widest, advance(it.key(), it.value()));
+            if (i < longest.size())
+                for (auto it = longest.at(i).constBegin(); it != longest.at(i).constEnd(); ++it)
+                    widest = qMax(widest, advance(it.key(), it.value()));
             need[i] = widest + 2 * kPad + 10;
         }
         qreal short_ = 0, textRoom = 0;
@@ -577,54 +658,6 @@ private:
         return m_d->columns.size();
     }
 
-    void placeLine(Page &page, int index)
-    {
-        const ReportLine &l = m_r->lines.at(index);
-        const qreal h = heightOf(l);
-        qreal y = m_y;
-        const qreal rh = rowHeight();
-        switch (l.kind) {
-        case ReportLine::Kind::GroupHeader: {
-            y += h - rh;
-            const qreal x = m_left + kPad + l.level * kIndent;
-            addWrapped(page.items, QRectF(x, y, m_right - x, rh), l.label, BodyBold, Qt::AlignLeft | Qt::AlignVCenter);
-            break;
-        }
-        case ReportLine::Kind::Detail: {
-            const int font = l.emphasis ? BodyBold : Body;
-            for (int i = 0; i < l.texts.size(); ++i)
-                addWrapped(page.items, cell(i, y, rh), l.texts.at(i), font, alignOf(m_d->columns.at(i)) | Qt::AlignVCenter);
-            page.hits.append(qMakePair(QRectF(m_left, y, m_right - m_left, h), index));
-            if (m_d->ruled) {
-                addColumnRules(page.items, y, y + h);
-                addLine(page.items, m_left, m_right, y + h);
-            }
-            break;
-        }
-        case ReportLine::Kind::GroupFooter:
-        case ReportLine::Kind::Total: {
-            const bool total = l.kind == ReportLine::Kind::Total;
-            y += 20;
-            const int first = firstSumColumn(l);
-            const qreal labelX = m_left + kPad + (total ? 0 : l.level * kIndent);
-            const qreal labelRight = first < m_d->columns.size() ? m_colX.at(first) : m_right;
-            for (int i = 0; i < l.texts.size(); ++i) {
-                if (l.texts.at(i).isEmpty())
-                    continue;
-                addLine(page.items, m_colX.at(i) + kPad, m_colX.at(i) + m_colW.at(i) - kPad, y);
-                addText(page.items, cell(i, y + 10, rh), l.texts.at(i), BodyBold,
-                        alignOf(m_d->columns.at(i)) | Qt::AlignVCenter);
-                if (total)
-                    addLine(page.items, m_colX.at(i) + kPad, m_colX.at(i) + m_colW.at(i) - kPad, y + rh + 30, true);
-            }
-            addText(page.items, QRectF(labelX, y + 10, qMax<qreal>(labelRight - labelX - kPad, 800), rh), l.label,
-                    BodyBold, Qt::AlignLeft | Qt::AlignVCenter);
-            break;
-        }
-        }
-        m_y += h;
-    }
-
     void placeWords(Page &page)
     {
         if (m_r->amountWords.isEmpty())
@@ -677,6 +710,27 @@ const Page &LayoutData::page(const RenderedReport &r, int index) const
     return *made;
 }
 
+const LayoutData::Face &LayoutData::face(int font) const
+{
+    if (faces.size() < fonts.size())
+        faces.resize(fonts.size());
+    if (!faces.at(font)) {
+        auto f = std::make_shared<Face>();
+        f->raw = QRawFont::fromFont(fonts.at(font));
+        for (int c = 32; c < 256; ++c) {
+            if (c >= 127 && c < 160)
+                continue;
+            const QList<quint32> g = f->raw.glyphIndexesForString(QString(QChar(c)));
+            if (g.size() != 1 || g.first() == 0)
+                continue;
+            f->glyph[c] = g.first();
+            f->advance[c] = f->raw.advancesForGlyphIndexes(g).value(0).x();
+        }
+        faces[font] = f;
+    }
+    return *faces.at(font);
+}
+
 namespace {
 
 // What the painter holds already, so that a page of a thousand texts does
@@ -687,10 +741,69 @@ struct PaintState
     int pen = -1; // 0 black text, 1 grey text, 2 rule
 };
 
-void paintItem(QPainter &p, const LayoutData &L, const PageItem &it, const QImage &logo, PaintState &st)
+// The texts of a page in Latin letters, gathered into one run of glyphs a
+// font and colour and drawn at the end of the page: no shaping of each
+// text, and one call where a page has thousands of texts. A text with
+// another character is drawn on its own, the usual way.
+class GlyphBatch
+{
+public:
+    explicit GlyphBatch(const LayoutData &L) : m_L(L) {}
+
+    bool add(const PageItem &it)
+    {
+        const LayoutData::Face &f = m_L.face(it.font);
+        Run &run = m_runs[it.font * 2 + (it.grey ? 1 : 0)];
+        const int mark = run.glyphs.size();
+        qreal x = it.baseline.x();
+        for (const QChar ch : it.text) {
+            const ushort c = ch.unicode();
+            if (c >= 256 || f.glyph[c] == 0) {
+                run.glyphs.resize(mark);
+                run.positions.resize(mark);
+                return false;
+            }
+            if (c != ' ') {
+                run.glyphs << f.glyph[c];
+                run.positions << QPointF(x, it.baseline.y());
+            }
+            x += f.advance[c];
+        }
+        return true;
+    }
+
+    void flush(QPainter &p)
+    {
+        for (auto it = m_runs.cbegin(); it != m_runs.cend(); ++it) {
+            if (it.value().glyphs.isEmpty())
+                continue;
+            QGlyphRun run;
+            run.setRawFont(m_L.face(it.key() / 2).raw);
+            run.setGlyphIndexes(it.value().glyphs);
+            run.setPositions(it.value().positions);
+            p.setPen(it.key() % 2 ? QColor(90, 90, 90) : QColor(Qt::black));
+            p.drawGlyphRun(QPointF(0, 0), run);
+        }
+        m_runs.clear();
+    }
+
+private:
+    struct Run
+    {
+        QList<quint32> glyphs;
+        QList<QPointF> positions;
+    };
+    const LayoutData &m_L;
+    QMap<int, Run> m_runs;
+};
+
+void paintItem(QPainter &p, const LayoutData &L, const PageItem &it, const QImage &logo, PaintState &st,
+               GlyphBatch *batch = nullptr)
 {
     switch (it.kind) {
     case PageItem::Kind::Text: {
+        if (batch && batch->add(it))
+            break;
         if (st.font != it.font) {
             p.setFont(L.fonts.at(it.font));
             st.font = it.font;
@@ -744,16 +857,12 @@ const LayoutData &RenderedReport::pages() const
     return *m_layout;
 }
 
-void RenderedReport::paintPage(QPainter &p, int page, const QRectF &target) const
+namespace {
+
+// One laid-out page with the header and footer every page has.
+void paintLaidOutPage(QPainter &p, const LayoutData &L, const Page &items, int page, int pageCount,
+                      const QImage &logo, const QRectF &target)
 {
-    const LayoutData &L = pages();
-    if (hasChartPage() && page == L.pageStarts.size()) {
-        paintChartPage(p, target);
-        return;
-    }
-    if (page < 0 || page >= L.pageStarts.size())
-        return;
-    const Page &items = L.page(*this, page);
     p.save();
     p.translate(target.topLeft());
     p.scale(target.width() / L.size.width(), target.height() / L.size.height());
@@ -761,10 +870,13 @@ void RenderedReport::paintPage(QPainter &p, int page, const QRectF &target) cons
     p.setRenderHint(QPainter::TextAntialiasing, true);
     p.setRenderHint(QPainter::SmoothPixmapTransform, true);
     PaintState st;
+    GlyphBatch batch(L);
     for (const PageItem &it : L.header)
-        paintItem(p, L, it, logo, st);
+        paintItem(p, L, it, logo, st, &batch);
     for (const PageItem &it : items.items)
-        paintItem(p, L, it, logo, st);
+        paintItem(p, L, it, logo, st, &batch);
+    batch.flush(p);
+    st = PaintState();
     if (L.footer) {
         const qreal left = kMarginX, right = L.size.width() - kMarginX;
         const qreal h = QFontMetricsF(L.fonts.at(Small)).height();
@@ -775,9 +887,23 @@ void RenderedReport::paintPage(QPainter &p, int page, const QRectF &target) cons
         const QRectF row(left, L.footerTop + 40, right - left, h);
         p.drawText(row, Qt::AlignLeft | Qt::AlignVCenter, L.footerLeft);
         p.setPen(Qt::black);
-        p.drawText(row, Qt::AlignRight | Qt::AlignVCenter, QStringLiteral("Page %1 of %2").arg(page + 1).arg(pageCount()));
+        p.drawText(row, Qt::AlignRight | Qt::AlignVCenter, QStringLiteral("Page %1 of %2").arg(page + 1).arg(pageCount));
     }
     p.restore();
+}
+
+} // namespace
+
+void RenderedReport::paintPage(QPainter &p, int page, const QRectF &target) const
+{
+    const LayoutData &L = pages();
+    if (hasChartPage() && page == L.pageStarts.size()) {
+        paintChartPage(p, target);
+        return;
+    }
+    if (page < 0 || page >= L.pageStarts.size())
+        return;
+    paintLaidOutPage(p, L, L.page(*this, page), page, pageCount(), logo, target);
 }
 
 void RenderedReport::paintChartPage(QPainter &p, const QRectF &target) const
@@ -854,5 +980,123 @@ QStringList RenderedReport::pageTexts() const
     }
     return out;
 }
+
+// ------------------------------------------------------------ spooled pages
+
+namespace detail {
+
+void ColumnNeeds::note(const ReportDesign &design, const ReportLine &l)
+{
+    const int n = design.columns.size();
+    if (longest.size() < n) {
+        longest.resize(n);
+        longestLen.resize(n);
+    }
+    const int font = l.kind == ReportLine::Kind::Detail && !l.emphasis ? Body : BodyBold;
+    for (int i = 0; i < n && i < l.texts.size(); ++i) {
+        if (design.columns.at(i).format == FieldFormat::Text)
+            continue;
+        const QString &t = l.texts.at(i);
+        if (t.size() + 1 < longestLen.at(i))
+            continue;
+        if (t.size() > longestLen.at(i) + 1) {
+            longest[i].clear();
+            longestLen[i] = t.size();
+        } else if (t.size() > longestLen.at(i)) {
+            longestLen[i] = t.size();
+        }
+        if (longest.at(i).size() < 64)
+            longest[i].insert(t, font);
+    }
+}
+
+bool LineSpool::open(QString *error)
+{
+    if (!m_file.open()) {
+        if (error)
+            *error = QStringLiteral("The report's work file cannot be made: %1").arg(m_file.errorString());
+        return false;
+    }
+    m_stream.setDevice(&m_file);
+    return true;
+}
+
+void LineSpool::append(const ReportLine &l)
+{
+    m_stream << qint8(l.kind) << qint32(l.level) << l.emphasis << qint32(l.sourceRow) << l.label << l.texts;
+    ++m_count;
+}
+
+bool LineSpool::rewind()
+{
+    m_read = 0;
+    return m_file.flush() && m_file.seek(0) && m_stream.status() == QDataStream::Ok;
+}
+
+bool LineSpool::next(ReportLine &l)
+{
+    if (m_read >= m_count)
+        return false;
+    qint8 kind = 0;
+    qint32 level = 0, sourceRow = -1;
+    m_stream >> kind >> level >> l.emphasis >> sourceRow >> l.label >> l.texts;
+    l.kind = ReportLine::Kind(kind);
+    l.level = level;
+    l.sourceRow = sourceRow;
+    ++m_read;
+    return m_stream.status() == QDataStream::Ok;
+}
+
+int writeSpooledPdf(const RenderedReport &shell, const ColumnNeeds &needs, LineSpool &spool, const QString &path,
+                    QString *error)
+{
+    auto failed = [&](const QString &why) {
+        if (error)
+            *error = why;
+        return -1;
+    };
+    LayoutData L;
+    L.builder = std::make_unique<PageBuilder>(shell, L, &needs);
+    PageBuilder &b = *L.builder;
+    // Where each page starts, from the lines' heights alone.
+    b.startRun();
+    if (!spool.rewind())
+        return failed(QStringLiteral("The report's work file cannot be read."));
+    ReportLine line;
+    int lines = 0;
+    while (spool.next(line))
+        b.measureLine(line, lines++);
+    if (lines != spool.count())
+        return failed(QStringLiteral("The report's work file cannot be read."));
+    b.endRun(lines);
+    const int count = L.pageStarts.size();
+
+    QPdfWriter pdf(path);
+    setUpPdfWriter(pdf, shell);
+    QPainter p;
+    if (!p.begin(&pdf))
+        return failed(QStringLiteral("The output cannot be opened for drawing."));
+    if (!spool.rewind())
+        return failed(QStringLiteral("The report's work file cannot be read."));
+    int at = 0;
+    for (int page = 0; page < count; ++page) {
+        if (page > 0)
+            pdf.newPage();
+        const int end = page + 1 < count ? L.pageStarts.at(page + 1) : lines;
+        Page items = b.beginPage();
+        for (; at < end && spool.next(line); ++at)
+            b.placeLine(items, line, at);
+        if (page == count - 1)
+            b.endLastPage(items);
+        const QRectF sheet(0, 0, pdf.width(), pdf.height());
+        p.fillRect(sheet, Qt::white);
+        paintLaidOutPage(p, L, items, page, count, shell.logo, sheet);
+    }
+    if (!p.end())
+        return failed(QStringLiteral("%1 cannot be written.").arg(path));
+    return count;
+}
+
+} // namespace detail
 
 } // namespace Reports

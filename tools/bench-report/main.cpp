@@ -85,16 +85,15 @@ int ledgerOfYear(const QStringList &args)
     const qint64 before = peakMiB();
     t.restart();
     const qint64 cpu = cpuMs();
-    Reports::RenderedReport r = Reports::ReportFrame::render(*db, req, Reports::DesignCatalogue());
-    const qint64 readMs = t.elapsed();
-    if (!Reports::exportFile(r, path, &error)) {
+    Reports::ReportFrame::WrittenReport written;
+    if (!Reports::ReportFrame::writeFile(*db, req, path, Reports::DesignCatalogue(), &error, &written)) {
         out << "failed: " << error << "\n";
         return 1;
     }
-    out << "ledger of " << code << ": " << r.rows.size() << " rows read in " << readMs << " ms; "
-        << QFileInfo(path).suffix() << " written after " << t.elapsed() << " ms (" << cpuMs() - cpu << " ms of processor time)";
-    if (QFileInfo(path).suffix() == QLatin1String("pdf"))
-        out << ", " << r.pageCount() << " pages";
+    out << "ledger of " << code << ": " << written.rows << " rows; " << QFileInfo(path).suffix() << " written after "
+        << t.elapsed() << " ms (" << cpuMs() - cpu << " ms of processor time)";
+    if (written.pages > 0)
+        out << ", " << written.pages << " pages";
     out << "; peak memory " << peakMiB() << " MiB (" << before << " MiB before the report)\n";
     return 0;
 }

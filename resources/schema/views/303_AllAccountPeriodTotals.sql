@@ -2,8 +2,8 @@
 -- statements that list all accounts, without the date of the last posting.
 -- Whole months come from the kept month figures (tblAccountMonthBalance,
 -- moved with every posting), so that a period of whole months reads no
--- ledger row at all; only the days of a month the period cuts are read
--- from the rows, through the index on the date:
+-- ledger row at all; only the days of a month the period cuts are read,
+-- from the index on the date that carries the amounts:
 --   o   the opening cut: rows before it are brought forward (the period's
 --       start, or the day after its end when it ends before it starts);
 --       the months before o's month are whole, the days of o's month
@@ -48,7 +48,7 @@ FROM (
     WHERE k.YearMonth > 0 AND k.YearMonth < m.oYM
     UNION ALL
     SELECT RTRIM(r.PartyCode), CAST(ROUND(r.PartyBalance * 100) AS BIGINT), 0, 0, 0, 0, 1
-    FROM tblPartyBalance r INDEXED BY ixPartyBalanceDate, m
+    FROM tblPartyBalance r INDEXED BY ixPartyBalanceDateAmounts, m
     WHERE r.VDate >= m.oStart AND r.VDate < m.o
     UNION ALL
     SELECT RTRIM(k.PartyCode), 0, k.DebitCents, k.CreditCents, k.BalanceCents, k.RowCount, k.RowCount
@@ -57,7 +57,7 @@ FROM (
     UNION ALL
     SELECT RTRIM(r.PartyCode), 0, CAST(ROUND(r.PartyDR * 100) AS BIGINT), CAST(ROUND(r.PartyCR * 100) AS BIGINT),
            CAST(ROUND(r.PartyBalance * 100) AS BIGINT), 1, 1
-    FROM tblPartyBalance r INDEXED BY ixPartyBalanceDate, m
+    FROM tblPartyBalance r INDEXED BY ixPartyBalanceDateAmounts, m
     WHERE r.VDate >= m.s AND r.VDate <= m.e AND (r.VDate < m.fs OR r.VDate >= m.fe)
 ) t
 GROUP BY t.PartyCode

@@ -1,0 +1,56 @@
+#pragma once
+
+// The report frame's own pieces for writing a long report without holding
+// it: the lines go to a spool file as the rows are read, and the pages are
+// laid out and painted from there one at a time. Used by
+// ReportFrame::writeFile; nothing outside the frame needs them.
+#include "reports/ReportFrame.h"
+
+#include <QDataStream>
+#include <QHash>
+#include <QTemporaryFile>
+#include <QVector>
+
+class QPdfWriter;
+
+namespace Reports::detail {
+
+// The widest figures met so far in each column, for sharing the page width
+// out: figures in the report's font have one width per character, so only
+// the longest texts of a column are kept (with the font they print in).
+struct ColumnNeeds
+{
+    QVector<QHash<QString, int>> longest;
+    QVector<int> longestLen;
+    void note(const ReportDesign &design, const ReportLine &line);
+};
+
+// Report lines on disk, written once and read through as often as needed.
+// Only what the pages print is kept (kind, level, label, texts, emphasis).
+class LineSpool
+{
+public:
+    bool open(QString *error);
+    void append(const ReportLine &line);
+    qint64 count() const { return m_count; }
+    // Back to the first line; false when the file cannot be read again.
+    bool rewind();
+    bool next(ReportLine &line);
+
+private:
+    QTemporaryFile m_file;
+    QDataStream m_stream;
+    qint64 m_count = 0;
+    qint64 m_read = 0;
+};
+
+// The page settings of a report's PDF.
+void setUpPdfWriter(QPdfWriter &pdf, const RenderedReport &report);
+
+// Lays out and paints the spooled lines of `shell` (a report whose rows
+// hold at most its first row and whose lines are in `spool`) into a PDF,
+// one page at a time. Returns the number of pages, or -1 with `error`.
+int writeSpooledPdf(const RenderedReport &shell, const ColumnNeeds &needs, LineSpool &spool, const QString &path,
+                    QString *error);
+
+} // namespace Reports::detail
