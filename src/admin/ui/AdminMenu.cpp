@@ -1,4 +1,5 @@
 #include "admin/ui/frmClosingDate.h"
+#include "admin/ui/frmEditLog.h"
 #include "admin/ui/frmIdentification.h"
 #include "admin/ui/frmUser.h"
 #include "admin/ui/frmUserList.h"
@@ -47,4 +48,6 @@ void registerAdminMenu(MenuRouter &router)
     router.on(QStringLiteral("mnuUUserList"), [](MdiHost &host) {
         host.showScreen<frmUserList>(QStringLiteral("frmUserList"));
     });
+    router.on(QStringLiteral("mnuUEditLog"), [](MdiHost &host) { openEditLog(host); });
+    installEditLogHistoryKey();
 }

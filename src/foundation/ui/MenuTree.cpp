@@ -127,6 +127,7 @@ const QVector<MenuEntry> &mainMenuTree()
         {1, "mnuUUpdateUser", "UPDATE USER"},
         {1, "mnuUUserList", "USER LIST"},
         {1, "mnuUClosingDate", "CLOSING DATE"},
+        {1, "mnuUEditLog", "EDIT LOG"},
         {1, "mnuEndYearProcessing", "END YEAR PROCESSING"},
 
         {0, "mnuAbout", "A&BOUT"},
