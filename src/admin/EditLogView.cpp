@@ -84,7 +84,7 @@ Target targetOf(const EditLog::Entry &e)
         t.kind = Target::Kind::Voucher;
     else if ((voucherScreen.contains(e.docType) || otherVouchers.contains(e.docType)) && e.docDate.isValid())
         t.kind = Target::Kind::SingleVoucher;
-    else if (e.docType == QLatin1String("INVOICE") && !e.docTitle.isEmpty())
+    else if (e.docType == QLatin1String("INVOICE") && !e.docTitle.isEmpty() && e.docDate.isValid())
         t.kind = Target::Kind::Invoice;
     return t;
 }

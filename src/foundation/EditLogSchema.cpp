@@ -73,8 +73,8 @@ QString distinct(const QString &name, bool pg)
     return pg ? QStringLiteral("OLD.%1 IS DISTINCT FROM NEW.%1").arg(name) : QStringLiteral("OLD.%1 IS NOT NEW.%1").arg(name);
 }
 
-// "Column=value; ..." of every column that has a value (a row written or
-// deleted whole).
+// "Column=value; ..." of every column that has a value, blanks left out
+// (a row written or deleted whole).
 QString wholeRow(const LoggedTable &t, const Schema::Table &s, const QString &row, bool inserted, bool pg)
 {
     QStringList parts;
@@ -84,7 +84,7 @@ QString wholeRow(const LoggedTable &t, const Schema::Table &s, const QString &ro
                          .arg(row, c.name, inserted ? QStringLiteral("(set)") : QStringLiteral("(not shown)"));
             continue;
         }
-        parts << QStringLiteral("COALESCE('; %1=' || %2, '')").arg(c.name, shown(c, row, pg));
+        parts << QStringLiteral("COALESCE('; %1=' || NULLIF(%2, ''), '')").arg(c.name, shown(c, row, pg));
     }
     return QStringLiteral("substr(%1, 3)").arg(parts.join(QStringLiteral(" || ")));
 }
@@ -246,6 +246,18 @@ QString nowSql(bool postgres)
 QString todaySql(bool postgres)
 {
     return postgres ? QStringLiteral("CAST(clock_timestamp() AS date)") : QStringLiteral("date('now', 'localtime')");
+}
+
+void dropTriggers(SessionConnection &db)
+{
+    for (const LoggedTable &t : loggedTables()) {
+        if (db.isPostgres()) {
+            db.execute(QStringLiteral("DROP TRIGGER IF EXISTS trEditLog_%1 ON %1").arg(t.table));
+            continue;
+        }
+        for (const char *change : {"insert", "update", "delete"})
+            db.execute(QStringLiteral("DROP TRIGGER IF EXISTS trEditLog_%1_%2").arg(t.table, QLatin1String(change)));
+    }
 }
 
 void createTriggers(SessionConnection &db)

@@ -36,6 +36,11 @@ const QVector<LoggedTable> &loggedTables();
 // Drops and makes again the log's triggers (an upgrade may have added
 // columns to a logged table). Run by Schema::ensure inside its transaction.
 void createTriggers(SessionConnection &db);
+// Drops the row triggers of the logged tables (the log's own refusals
+// stay). A step that drops or renames a column of a logged table does this
+// first (the embedded store refuses to drop a column a trigger names);
+// Schema::ensure makes them again.
+void dropTriggers(SessionConnection &db);
 
 // The database's clock as the log writes it: "yyyy-mm-dd hh:mm:ss", and
 // the date alone.

@@ -1,3 +1,4 @@
+#include "foundation/EditLogSchema.h"
 #include "foundation/Schema.h"
 #include "foundation/SessionConnection.h"
 #include "support/TestDb.h"
@@ -151,6 +152,7 @@ void TestSchema::upgradeBringsOlderYearUpToDate()
         auto db = year.connect();
         db->execute(QStringLiteral("UPDATE tblConfig SET UpdateStatus = ?"), {QStringLiteral("20210715")});
         db->execute(QStringLiteral("DROP VIEW ChartOfAccount"));
+        EditLogSchema::dropTriggers(*db); // a year from before the edit log
         db->execute(QStringLiteral("ALTER TABLE tblPartyInfo DROP COLUMN DueDays"));
         db->execute(QStringLiteral("DROP TABLE tblLetterhead"));
     }
@@ -166,6 +168,9 @@ void TestSchema::upgradeBringsOlderYearUpToDate()
     // Running it again changes nothing.
     Schema::ensure(*db);
     QCOMPARE(db->scalar(QStringLiteral("SELECT COUNT(*) FROM tblConfig")).toInt(), 1);
+    // The edit log's triggers are made with the upgrade, the added column included.
+    db->execute(QStringLiteral("UPDATE tblPartyInfo SET DueDays = 30 WHERE PartyCode = ?"), {QStringLiteral("19-10-001")});
+    QCOMPARE(db->scalar(QStringLiteral("SELECT COUNT(*) FROM tblEditLog WHERE ValuesAfter = 'DueDays=30'")).toInt(), 1);
 }
 
 void TestSchema::versionGate_data()

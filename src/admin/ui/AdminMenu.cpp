@@ -2,6 +2,7 @@
 #include "admin/ui/frmCheckBooks.h"
 #include "admin/ui/frmClosingDate.h"
 #include "admin/ui/frmEndYearProcessing.h"
+#include "admin/ui/frmEditLog.h"
 #include "admin/ui/frmIdentification.h"
 #include "admin/ui/frmRestore.h"
 #include "admin/ui/frmUser.h"
@@ -64,4 +65,6 @@ void registerAdminMenu(MenuRouter &router)
     });
     router.on(QStringLiteral("mnuUCheckBooks"),
               [](MdiHost &host) { host.showScreen<frmCheckBooks>(QStringLiteral("frmCheckBooks")); });
+    router.on(QStringLiteral("mnuUEditLog"), [](MdiHost &host) { openEditLog(host); });
+    installEditLogHistoryKey();
 }

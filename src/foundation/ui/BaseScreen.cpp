@@ -106,7 +106,34 @@ void BaseScreen::keyPressEvent(QKeyEvent *event)
         closeScreen();
         return;
     }
+    if (event->key() == Qt::Key_F8 && event->modifiers() == Qt::NoModifier) {
+        event->accept();
+        openHistory();
+        return;
+    }
     QWidget::keyPressEvent(event);
+}
+
+namespace {
+BaseScreen::HistoryOpener &historyOpener()
+{
+    static BaseScreen::HistoryOpener opener;
+    return opener;
+}
+} // namespace
+
+void BaseScreen::setHistoryOpener(HistoryOpener opener)
+{
+    historyOpener() = std::move(opener);
+}
+
+bool BaseScreen::openHistory()
+{
+    const std::optional<ScreenDocument> doc = currentDocument();
+    if (!doc || !historyOpener())
+        return false;
+    historyOpener()(this, *doc);
+    return true;
 }
 
 void BaseScreen::setTitle(const QString &title)

@@ -6,6 +6,8 @@
 #include <QFrame>
 #include <QStringList>
 #include <QWidget>
+#include <functional>
+#include <optional>
 
 class QComboBox;
 class QGridLayout;
@@ -17,6 +19,15 @@ class QTableView;
 class QToolButton;
 class QVBoxLayout;
 class MaskedLineEdit;
+
+// A document a screen shows, as the edit log names it: its type ("CP",
+// "INVOICE"), its number and the title it stands under ("" for none).
+struct ScreenDocument
+{
+    QString type;
+    std::optional<qint64> number;
+    QString title;
+};
 
 // The base of every screen: the title strip (lblTitle, with imgMinimize and
 // imgCancel at its right), the detail frame with the fields, and the
@@ -75,6 +86,17 @@ public:
     // the first time and when it brings an open one forward, after the
     // menu has set the session's mode variables.
     virtual void onOpened() {}
+
+    // The document the screen shows now, for its history in the edit log;
+    // nothing when it shows none (a new document not saved yet).
+    virtual std::optional<ScreenDocument> currentDocument() const { return std::nullopt; }
+    // F8 on any screen: the edit log of the screen's current document. The
+    // log's viewer sets what opens it once, when its menu is registered.
+    using HistoryOpener = std::function<void(BaseScreen *screen, const ScreenDocument &document)>;
+    static void setHistoryOpener(HistoryOpener opener);
+    // Opens the current document's history; false when the screen shows
+    // no document or nothing opens histories.
+    bool openHistory();
 
     // Closes the screen (and its window in the main window). Escape that
     // no field takes, and Ctrl+F4, do the same.

@@ -129,6 +129,7 @@ const QVector<MenuEntry> &mainMenuTree()
         {1, "mnuUUserList", "USER LIST"},
         {1, "mnuUClosingDate", "CLOSING DATE"},
         {1, "mnuUCheckBooks", "CHECK BOOKS"},
+        {1, "mnuUEditLog", "EDIT LOG"},
         {1, "mnuEndYearProcessing", "END YEAR PROCESSING"},
 
         {0, "mnuAbout", "A&BOUT"},

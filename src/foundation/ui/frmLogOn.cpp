@@ -97,6 +97,7 @@ void frmLogOn::logOn()
         m_failures = 0;
         s.currentUserName = result.userName;
         s.currentUserType = result.userType;
+        runSafely(this, [&] { s.db().setActor(result.userName); }); // the edit log's user from now on
         s.lineConfirmationsInStatusBar = AppSettings::lineConfirmationsInStatusBar(s.currentUserName);
         accept();
         Q_EMIT loggedOn();

@@ -521,6 +521,13 @@ InvoiceKey frmInvoice::originalKey() const
         mskDateModifyInvoice->date()};
 }
 
+std::optional<ScreenDocument> frmInvoice::currentDocument() const
+{
+    if (m_mode != Mode::Modify || !frOuterInvoice->isVisibleTo(this) || m_original.number <= 0)
+        return std::nullopt;
+    return ScreenDocument{QStringLiteral("INVOICE"), m_original.number, m_original.title};
+}
+
 bool frmInvoice::lineAllowed(LineCommand command)
 {
     InvoiceRules::LineEntry e;

@@ -33,6 +33,8 @@ public:
     void startNew();
     void startModify();
     void onOpened() override;
+    // The saved invoice being changed (its history opens with F8).
+    std::optional<ScreenDocument> currentDocument() const override;
 
     Mode mode() const { return m_mode; }
     qint64 currentSrNo() const { return m_lineSrNo; }

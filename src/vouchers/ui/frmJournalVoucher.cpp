@@ -476,6 +476,14 @@ VoucherKey frmJournalVoucher::originalKey() const
             mskDateModifyVoucher->date()};
 }
 
+std::optional<ScreenDocument> frmJournalVoucher::currentDocument() const
+{
+    if (m_mode != Mode::Modify || !frOuterVoucher->isVisibleTo(this))
+        return std::nullopt;
+    const VoucherKey key = originalKey();
+    return ScreenDocument{key.type, key.number, QString()};
+}
+
 void frmJournalVoucher::afterLineCommand(const QString &confirmation)
 {
     refreshFigures();

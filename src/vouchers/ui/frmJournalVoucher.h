@@ -46,6 +46,8 @@ public:
     // A new voucher made elsewhere (a cheque's clearing), with its lines
     // typed in, ready to check and save.
     void loadReadyVoucher(const Voucher &voucher);
+    // The posted voucher being changed (its history opens with F8).
+    std::optional<ScreenDocument> currentDocument() const override;
 
     Mode mode() const { return m_mode; }
     qint64 lineSrNo() const { return m_lineSrNo; }
