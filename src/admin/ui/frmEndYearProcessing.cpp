@@ -120,10 +120,10 @@ void frmEndYearProcessing::runStep(EndYear::Step step)
 {
     const EndYear::Run run{mskDateFrom->date(), mskDateTo->date(), session().currentUserName,
                            session().dateToday()};
-    session().periodFrom = run.from;
-    session().periodTo = run.to;
     if (!MessageService::askYesNo(this, EndYear::question(step, run.from, run.to)))
         return;
+    session().periodFrom = run.from;
+    session().periodTo = run.to;
     QPushButton *button = m_buttons.value(step);
     button->setEnabled(false);
     pgbEndYear->setValue(0);

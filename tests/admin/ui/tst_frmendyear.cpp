@@ -12,6 +12,7 @@
 #include "foundation/AccountYear.h"
 #include "foundation/DateRules.h"
 #include "foundation/PasswordHash.h"
+#include "foundation/Session.h"
 #include "foundation/ui/MaskedLineEdit.h"
 #include "vouchers/LedgerWriter.h"
 
@@ -89,10 +90,12 @@ void TestEndYearScreen::stepAsksThenRuns()
     f->mskDateTo->setMaskText(QStringLiteral("31/12/2026"));
     ScreenKit::shoot(host.mainWindow(), QStringLiteral("endyear"));
 
-    // No: nothing is written.
+    // No: nothing is written, and the report period stays as it was.
+    const QDate periodFrom = session().periodFrom;
     click(f->cmdAccounts);
     QVERIFY(t.rec.last().isQuestion());
     QCOMPARE(count(t.db(), QStringLiteral("SELECT COUNT(*) FROM tblPartyBalance")), 3);
+    QCOMPARE(session().periodFrom, periodFrom);
 
     // Yes: the step runs and says so; the bar is gone and the button back.
     t.rec.answerNext(true);
@@ -105,6 +108,7 @@ void TestEndYearScreen::stepAsksThenRuns()
     QCOMPARE(count(t.db(), QStringLiteral("SELECT COUNT(*) FROM tblPartyBalance WHERE VoucherNo = 0 AND VDate = ?"),
                    {QDate(2025, 12, 31)}),
              1);
+    QCOMPARE(session().periodFrom, QDate(2026, 1, 1));
 
     // A table step the same way, with its own words.
     t.rec.answerNext(true);
