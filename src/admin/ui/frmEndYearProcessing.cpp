@@ -1,4 +1,5 @@
 #include "admin/ui/frmEndYearProcessing.h"
+#include "admin/ui/frmBackup.h"
 
 #include "foundation/AccountYear.h"
 #include "foundation/Session.h"
@@ -156,6 +157,7 @@ NewYear::Request newYearRequest(const QString &name, const QDate &start, bool ca
     r.carryProfit = carryProfit;
     r.user = session().currentUserName;
     r.today = session().dateToday();
+    r.serverPassword = sessionServerPassword();
     return r;
 }
 
