@@ -298,6 +298,12 @@ Outcome runStep(SessionConnection &db, Step step, const Run &run, const Progress
     if (!period)
         return period;
     Transaction tx(db);
+    // The ledger steps read the balances before the period and then remove
+    // the rows they hold: on a server no other workstation may add a row in
+    // between, or it would go without being carried. The embedded store's
+    // write lock does the same.
+    if ((step == Step::Accounts || step == Step::ProfitAndLoss) && db.isPostgres())
+        db.execute(QStringLiteral("LOCK TABLE tblPartyBalance IN SHARE ROW EXCLUSIVE MODE"));
     // A step is logged as one step, not row by row.
     EditLog::BulkScope quiet(db);
     const StepInfo &s = info(step);
