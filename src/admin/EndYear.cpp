@@ -142,6 +142,13 @@ Outcome profitAndLossStep(SessionConnection &db, const Run &run, const Progress 
     const QString pl = profitAndLossCode();
     if (!Lookups::accountExists(db, pl))
         return Outcome::refusal(Msg::profitAccountMissing());
+    // Run alone it would cut the vouchers before the period in half: their
+    // income and expense rows would go and their other rows stay.
+    if (!db.scalar(QStringLiteral("SELECT 1 FROM tblPartyBalance WHERE VDate < ? AND NOT ")
+                       + OpeningBalance::rowCondition() + QStringLiteral(" LIMIT 1"),
+                   {run.from})
+             .isNull())
+        return Outcome::refusal(Msg::entriesBeforePeriod(run.from));
     report(progress, 0, 100);
     const QMap<QString, Money> before = balancesBefore(db, run.from);
     const QMap<QString, QVector<Opening>> openings = openingRows(db);
@@ -155,19 +162,17 @@ Outcome profitAndLossStep(SessionConnection &db, const Run &run, const Progress 
         + result.roundedToUnits();
     report(progress, 30, 100);
 
+    // Only opening rows stand before the period: the account's one opening
+    // row takes the sum.
     LedgerWriter writer(db, run.user, run.today);
     writer.beginBatch();
-    // The account's rows before the period are in the sum: they go, and
-    // its one opening row holds it.
-    writer.removeWhere(QStringLiteral("PartyCode = ? AND VDate < ? AND NOT ") + OpeningBalance::rowCondition(),
-                       {pl, run.from});
     QVector<LedgerRow> inserts;
     writeOpening(writer, pl, chartNames(db).value(pl), plRows, carried, run.from.addDays(-1), inserts);
     writer.insertMany(inserts);
     report(progress, 60, 100);
 
     // The income and expense accounts start the period at nothing: their
-    // opening rows before it are set to 0 and their other rows before it go.
+    // opening rows before it are set to 0.
     for (auto it = openings.lowerBound(kResultFrom); it != openings.cend(); ++it) {
         for (const Opening &o : it.value()) {
             if (!o.date.isValid() || o.date >= run.from || o.balance.isZero())
@@ -177,8 +182,6 @@ Outcome profitAndLossStep(SessionConnection &db, const Run &run, const Progress 
                                            Accounts::Msg::openingDesc()));
         }
     }
-    writer.removeWhere(QStringLiteral("PartyCode >= ? AND VDate < ? AND NOT ") + OpeningBalance::rowCondition(),
-                       {kResultFrom, run.from});
     writer.endBatch();
     report(progress, 100, 100);
     return Outcome::success(QStringLiteral("Profit and Loass end year processing has been completed sucessfully."));

@@ -78,12 +78,13 @@ using Progress = std::function<void(int value, int maximum)>;
 // (opening rows standing later are taken into it); then every row outside
 // the period goes but the opening rows. The same dates twice give the
 // same rows.
-// Profit and loss: the balance of 20-01-001 before the period and the
-// balance of the accounts from 20-10-000 on before the period, each
-// rounded to whole money (half to even), go together into the one opening
-// row of 20-01-001; the opening rows of those accounts are set to nothing
-// and their other rows before the period go, as do 20-01-001's own. A
-// second run finds nothing more to carry.
+// Profit and loss runs after Accounts: it refuses while rows other than
+// opening rows stand before the period. Then the balance of 20-01-001
+// before the period and the balance of the accounts from 20-10-000 on
+// before the period, each rounded to whole money (half to even), go
+// together into the one opening row of 20-01-001, and the opening rows of
+// those accounts are set to nothing. A second run finds nothing more to
+// carry.
 // The table steps remove the table's rows dated outside the period.
 Outcome runStep(SessionConnection &db, Step step, const Run &run, const Progress &progress = {});
 
@@ -96,6 +97,11 @@ namespace Msg {
 inline QString profitAccountMissing()
 {
     return QStringLiteral("Profit and loss account 20-01-001 not found, please create it first");
+}
+inline QString entriesBeforePeriod(const QDate &from)
+{
+    return QStringLiteral("Entries other than opening balances stand before %1. Run the ACCOUNT step first.")
+        .arg(from.toString(QStringLiteral("dd/MM/yyyy")));
 }
 } // namespace Msg
 

@@ -217,6 +217,15 @@ void TestEndYear::profitAndLossWholeMoney()
     post(*db, QStringLiteral("21-10-001"), QStringLiteral("ELECTRICITY"), kFrom, 99999);
     post(*db, QStringLiteral("17-10-001"), QStringLiteral("CRESCENT TEXTILES"), QDate(2025, 5, 5), 55555);
 
+    // Before the accounts step it would leave the vouchers before the
+    // period half removed: refused, nothing written.
+    const QStringList whole = ledger(*db);
+    const Outcome early = EndYear::runStep(*db, EndYear::Step::ProfitAndLoss, kRun);
+    QVERIFY(!early.ok);
+    QCOMPARE(early.message, EndYear::Msg::entriesBeforePeriod(kFrom));
+    QCOMPARE(ledger(*db), whole);
+
+    QVERIFY(EndYear::runStep(*db, EndYear::Step::Accounts, kRun).ok);
     for (int run = 1; run <= 2; ++run) {
         const Outcome out = EndYear::runStep(*db, EndYear::Step::ProfitAndLoss, kRun);
         QVERIFY2(out.ok, qPrintable(out.message));
