@@ -77,14 +77,6 @@ Money laterOpenings(const QVector<Opening> &rows, const QDate &from)
     return sum;
 }
 
-QMap<QString, QString> chartNames(SessionConnection &db)
-{
-    QMap<QString, QString> names;
-    for (const Row &r : db.select(QStringLiteral("SELECT RTRIM(PartyCode), PartyName FROM tblPartyInfo")))
-        names.insert(r.text(0), r.text(1));
-    return names;
-}
-
 QString nameOf(SessionConnection &db, const QMap<QString, QString> &chart, const QString &code,
                const QVector<Opening> &rows)
 {
@@ -108,7 +100,7 @@ Outcome accountsStep(SessionConnection &db, const Run &run, const Progress &prog
 {
     const QMap<QString, Money> before = balancesBefore(db, run.from);
     const QMap<QString, QVector<Opening>> openings = openingRows(db);
-    const QMap<QString, QString> chart = chartNames(db);
+    const QMap<QString, QString> chart = accountNames(db);
     const QDate day = run.from.addDays(-1);
     const int maximum = int(before.size()) + 1;
     report(progress, 0, maximum);
@@ -167,7 +159,8 @@ Outcome profitAndLossStep(SessionConnection &db, const Run &run, const Progress 
     LedgerWriter writer(db, run.user, run.today);
     writer.beginBatch();
     QVector<LedgerRow> inserts;
-    writeOpening(writer, pl, chartNames(db).value(pl), plRows, carried, run.from.addDays(-1), inserts);
+    writeOpening(writer, pl, Lookups::nameFromCode(db, pl).value_or(QString()), plRows, carried, run.from.addDays(-1),
+                 inserts);
     writer.insertMany(inserts);
     report(progress, 60, 100);
 
@@ -264,6 +257,14 @@ QString question(Step step, const QDate &from, const QDate &to)
     else
         what = QStringLiteral("Every %1 entry outside %2 will be deleted.").arg(s.caption, period);
     return what + QStringLiteral(" This can not be undone. Are you sure?");
+}
+
+QMap<QString, QString> accountNames(SessionConnection &db)
+{
+    QMap<QString, QString> names;
+    for (const Row &r : db.select(QStringLiteral("SELECT RTRIM(PartyCode), PartyName FROM tblPartyInfo")))
+        names.insert(r.text(0), r.text(1));
+    return names;
 }
 
 QMap<QString, Money> balancesBefore(SessionConnection &db, const QDate &date)

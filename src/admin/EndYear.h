@@ -93,6 +93,9 @@ Outcome runStep(SessionConnection &db, Step step, const Run &run, const Progress
 // kept months before its month and the rows of its month before the day.
 QMap<QString, Money> balancesBefore(SessionConnection &db, const QDate &date);
 
+// Every account's name by its code (without trailing blanks).
+QMap<QString, QString> accountNames(SessionConnection &db);
+
 namespace Msg {
 inline QString profitAccountMissing()
 {

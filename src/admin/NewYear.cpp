@@ -56,9 +56,7 @@ Result compare(SessionConnection &oldYear, SessionConnection &newYear, const QDa
 {
     const QMap<QString, Money> closing = EndYear::balancesBefore(oldYear, start);
     const QMap<QString, Money> opening = EndYear::balancesBefore(newYear, start);
-    QMap<QString, QString> names;
-    for (const Row &r : oldYear.select(QStringLiteral("SELECT RTRIM(PartyCode), PartyName FROM tblPartyInfo")))
-        names.insert(r.text(0), r.text(1));
+    const QMap<QString, QString> names = EndYear::accountNames(oldYear);
     QStringList codes = closing.keys() + opening.keys();
     codes.sort();
     codes.removeDuplicates();
