@@ -6,6 +6,7 @@
 #include "foundation/DateRules.h"
 #include "foundation/Lookups.h"
 #include "foundation/SessionConnection.h"
+#include "vouchers/LedgerCheck.h"
 #include "vouchers/LedgerWriter.h"
 
 namespace EndYear {
@@ -267,6 +268,17 @@ QMap<QString, QString> accountNames(SessionConnection &db)
     return names;
 }
 
+QMap<QString, Money> ledgerBalancesBefore(SessionConnection &db, const QDate &date)
+{
+    QMap<QString, Money> out;
+    for (const Row &r : db.select(QStringLiteral("SELECT RTRIM(PartyCode), SUM(CAST(ROUND(PartyBalance * 100) AS BIGINT)) "
+                                                 "FROM tblPartyBalance WHERE VDate < ? AND PartyCode IS NOT NULL "
+                                                 "GROUP BY RTRIM(PartyCode)"),
+                                  {date}))
+        out.insert(r.text(0), Money::fromCents(r.integer(1)));
+    return out;
+}
+
 QMap<QString, Money> balancesBefore(SessionConnection &db, const QDate &date)
 {
     QMap<QString, qint64> cents, rows;
@@ -311,6 +323,10 @@ Outcome runStep(SessionConnection &db, Step step, const Run &run, const Progress
     // A step is logged as one step, not row by row.
     EditLog::BulkScope quiet(db);
     const StepInfo &s = info(step);
+    // The ledger steps carry what the kept balances say: they must be the
+    // sums of the rows, or the openings written would be wrong.
+    if ((step == Step::Accounts || step == Step::ProfitAndLoss) && !LedgerCheck::keptBalancesAgree(db))
+        return Outcome::refusal(Msg::keptBalancesDiffer());
     Outcome out;
     if (step == Step::Accounts)
         out = accountsStep(db, run, progress);

@@ -78,6 +78,7 @@ using Progress = std::function<void(int value, int maximum)>;
 // (opening rows standing later are taken into it); then every row outside
 // the period goes but the opening rows. The same dates twice give the
 // same rows.
+// Both ledger steps refuse while the kept balances differ from the rows.
 // Profit and loss runs after Accounts: it refuses while rows other than
 // opening rows stand before the period. Then the balance of 20-01-001
 // before the period and the balance of the accounts from 20-10-000 on
@@ -93,6 +94,10 @@ Outcome runStep(SessionConnection &db, Step step, const Run &run, const Progress
 // kept months before its month and the rows of its month before the day.
 QMap<QString, Money> balancesBefore(SessionConnection &db, const QDate &date);
 
+// The same summed from the ledger rows themselves, without the kept
+// balances: slower, for proving a carry.
+QMap<QString, Money> ledgerBalancesBefore(SessionConnection &db, const QDate &date);
+
 // Every account's name by its code (without trailing blanks).
 QMap<QString, QString> accountNames(SessionConnection &db);
 
@@ -105,6 +110,11 @@ inline QString entriesBeforePeriod(const QDate &from)
 {
     return QStringLiteral("Entries other than opening balances stand before %1. Run the ACCOUNT step first.")
         .arg(from.toString(QStringLiteral("dd/MM/yyyy")));
+}
+inline QString keptBalancesDiffer()
+{
+    return QStringLiteral("The kept balances of the accounts differ from their entries, so nothing has been carried. "
+                          "CHECK BOOKS lists the accounts.");
 }
 } // namespace Msg
 

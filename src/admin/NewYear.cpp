@@ -54,8 +54,10 @@ Outcome check(const Request &r)
 
 Result compare(SessionConnection &oldYear, SessionConnection &newYear, const QDate &start)
 {
-    const QMap<QString, Money> closing = EndYear::balancesBefore(oldYear, start);
-    const QMap<QString, Money> opening = EndYear::balancesBefore(newYear, start);
+    // Both sides from the rows themselves: the carry was made from the kept
+    // balances, and a proof must not read what it proves.
+    const QMap<QString, Money> closing = EndYear::ledgerBalancesBefore(oldYear, start);
+    const QMap<QString, Money> opening = EndYear::ledgerBalancesBefore(newYear, start);
     const QMap<QString, QString> names = EndYear::accountNames(oldYear);
     QStringList codes = closing.keys() + opening.keys();
     codes.sort();

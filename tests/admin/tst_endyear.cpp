@@ -327,6 +327,16 @@ void TestEndYear::refusalsWriteNothing()
     QVERIFY(!noAccount.ok);
     QCOMPARE(noAccount.message, EndYear::Msg::profitAccountMissing());
     QCOMPARE(ledger(*db), before);
+
+    // Kept balances that are not the sums of the rows would be carried as
+    // they stand: both ledger steps refuse.
+    db->execute(QStringLiteral("UPDATE tblAccountMonthBalance SET BalanceCents = BalanceCents + 1"));
+    for (EndYear::Step step : {EndYear::Step::Accounts, EndYear::Step::ProfitAndLoss}) {
+        const Outcome out = EndYear::runStep(*db, step, kRun);
+        QVERIFY(!out.ok);
+        QCOMPARE(out.message, EndYear::Msg::keptBalancesDiffer());
+    }
+    QCOMPARE(ledger(*db), before);
 }
 
 void TestEndYear::failureRollsBack()
