@@ -147,12 +147,12 @@ Outcome profitAndLossStep(SessionConnection &db, const Run &run, const Progress 
     const QMap<QString, QVector<Opening>> openings = openingRows(db);
     const QVector<Opening> plRows = openings.value(pl);
 
-    // Each sum is rounded to whole money on its own, as it always was.
+    // Carried to the cent: a carry rounded to whole money would leave the
+    // opening balances apart by the fractions it dropped.
     Money result;
     for (auto it = before.lowerBound(kResultFrom); it != before.cend(); ++it)
         result += it.value();
-    const Money carried = (before.value(pl) + laterOpenings(plRows, run.from)).roundedToUnits()
-        + result.roundedToUnits();
+    const Money carried = before.value(pl) + laterOpenings(plRows, run.from) + result;
     report(progress, 30, 100);
 
     // Only opening rows stand before the period: the account's one opening
