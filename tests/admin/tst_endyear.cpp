@@ -100,6 +100,8 @@ private Q_SLOTS:
     void refusalsWriteNothing();
     void failureRollsBack_data() { TestDb::addBackends(); }
     void failureRollsBack();
+    void entryDuringStepNotLost_data();
+    void entryDuringStepNotLost();
 };
 
 void TestEndYear::accountsCarryBalances()
@@ -362,6 +364,54 @@ void TestEndYear::failureRollsBack()
     QVERIFY_THROWS_EXCEPTION(DbError, EndYear::runStep(*db, EndYear::Step::Accounts, kRun));
     db->setStatementHook({});
     QCOMPARE(ledger(*db), before);
+    verifyKept(*db);
+}
+
+void TestEndYear::entryDuringStepNotLost_data()
+{
+    QTest::addColumn<QString>("backend");
+    QTest::addColumn<EndYear::Step>("step");
+    QTest::newRow("postgres accounts") << QStringLiteral("postgres") << EndYear::Step::Accounts;
+    QTest::newRow("postgres profit and loss") << QStringLiteral("postgres") << EndYear::Step::ProfitAndLoss;
+}
+
+// On a server another workstation posts, dated before the period, while a
+// ledger step runs between its reading of the balances and its writing:
+// the entry must wait for the step (here it gives up waiting), never be
+// removed without being carried.
+void TestEndYear::entryDuringStepNotLost()
+{
+    TESSEL_YEAR(year);
+    QFETCH(EndYear::Step, step);
+    auto db = year.connect();
+    auto other = year.connect();
+    addAccount(*db, QStringLiteral("20-10-005"), QStringLiteral("PRINTING INCOME"));
+    post(*db, QStringLiteral("20-10-005"), QStringLiteral("PRINTING INCOME"), QDate(2025, 3, 1), -5000);
+    post(*db, QStringLiteral("19-10-001"), QStringLiteral("CASH IN HAND"), QDate(2025, 3, 1), 5000);
+    if (step == EndYear::Step::ProfitAndLoss)
+        QVERIFY(EndYear::runStep(*db, EndYear::Step::Accounts, kRun).ok);
+    const QString totalBefore = QStringLiteral("SELECT COALESCE(SUM(PartyBalance), 0) FROM tblPartyBalance "
+                                               "WHERE VDate < ?");
+    const Money total = *db->scalarMoney(totalBefore, {kFrom});
+
+    other->execute(QStringLiteral("SET lock_timeout = '300ms'"));
+    bool posted = false, tried = false;
+    db->setStatementHook([&](const QString &sql) {
+        if (tried || !(sql.startsWith(QLatin1String("INSERT INTO tblPartyBalance"))
+                       || sql.startsWith(QLatin1String("UPDATE tblPartyBalance"))))
+            return;
+        tried = true;
+        try {
+            post(*other, QStringLiteral("19-10-001"), QStringLiteral("CASH IN HAND"), QDate(2025, 6, 1), 700);
+            posted = true;
+        } catch (const DbError &) {
+        }
+    });
+    const Outcome out = EndYear::runStep(*db, step, kRun);
+    db->setStatementHook({});
+    QVERIFY2(out.ok, qPrintable(out.message));
+    QVERIFY(tried);
+    QCOMPARE(*db->scalarMoney(totalBefore, {kFrom}), posted ? total + cents(700) : total);
     verifyKept(*db);
 }
 
