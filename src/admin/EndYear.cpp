@@ -147,12 +147,12 @@ Outcome profitAndLossStep(SessionConnection &db, const Run &run, const Progress 
     const QMap<QString, QVector<Opening>> openings = openingRows(db);
     const QVector<Opening> plRows = openings.value(pl);
 
-    // Carried to the cent: a carry rounded to whole money would leave the
-    // opening balances apart by the fractions it dropped.
+    // Each sum is rounded to whole money on its own, as it always was.
     Money result;
     for (auto it = before.lowerBound(kResultFrom); it != before.cend(); ++it)
         result += it.value();
-    const Money carried = before.value(pl) + laterOpenings(plRows, run.from) + result;
+    const Money carried = (before.value(pl) + laterOpenings(plRows, run.from)).roundedToUnits()
+        + result.roundedToUnits();
     report(progress, 30, 100);
 
     // Only opening rows stand before the period: the account's one opening

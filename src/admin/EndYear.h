@@ -82,9 +82,9 @@ using Progress = std::function<void(int value, int maximum)>;
 // Profit and loss runs after Accounts: it refuses while rows other than
 // opening rows stand before the period. Then the balance of 20-01-001
 // before the period and the balance of the accounts from 20-10-000 on
-// before the period go together, to the cent, into the one opening row of
-// 20-01-001, and the opening rows of those accounts are set to nothing, so
-// the opening balances still balance. A second run finds nothing more to
+// before the period, each rounded to whole money (half to even), go
+// together into the one opening row of 20-01-001, and the opening rows of
+// those accounts are set to nothing. A second run finds nothing more to
 // carry.
 // The table steps remove the table's rows dated outside the period.
 Outcome runStep(SessionConnection &db, Step step, const Run &run, const Progress &progress = {});

@@ -1,6 +1,6 @@
 // End-year steps on one year, without the screen: the carry of every
 // account into its opening row, the profit and loss carried to 20-01-001
-// to the cent, and the cut of each table by its date column.
+// in whole money, and the cut of each table by its date column.
 #include "support/TestDb.h"
 
 #include "admin/EndYear.h"
@@ -92,8 +92,8 @@ class TestEndYear : public QObject
 private Q_SLOTS:
     void accountsCarryBalances_data() { TestDb::addBackends(); }
     void accountsCarryBalances();
-    void profitAndLossCarried_data();
-    void profitAndLossCarried();
+    void profitAndLossWholeMoney_data();
+    void profitAndLossWholeMoney();
     void tableStepsCutByDate_data();
     void tableStepsCutByDate();
     void refusalsWriteNothing_data() { TestDb::addBackends(); }
@@ -167,7 +167,7 @@ void TestEndYear::accountsCarryBalances()
     verifyKept(*db);
 }
 
-void TestEndYear::profitAndLossCarried_data()
+void TestEndYear::profitAndLossWholeMoney_data()
 {
     QTest::addColumn<QString>("backend");
     QTest::addColumn<qint64>("plBefore");    // 20-01-001 before the period, cents
@@ -179,12 +179,12 @@ void TestEndYear::profitAndLossCarried_data()
         const char *name;
         qint64 pl, income, expense, carried;
     } cases[] = {
-        {"fractions kept", 100049, -50000, 20010, 70059},
-        {"halves cancel", 250, -250, 0, 0},
-        {"halves add up", 150, 0, 350, 500},
-        {"negative halves", -150, -250, 0, -400},
+        {"fractions dropped", 100049, -50000, 20010, 100000 - 29990 - 10},
+        {"half to even down", 250, -250, 0, 200 - 200},
+        {"half to even up", 150, 0, 350, 200 + 400},
+        {"negative halves", -150, -250, 0, -200 - 200},
         {"no result", 0, 0, 0, 0},
-        {"loss", -1000000, -20000, 1234567, 214567},
+        {"loss", -1000000, -20000, 1234567, -1000000 + 1214600},
     };
     for (const char *backend : {"sqlite", "postgres"})
         for (const auto &c : cases)
@@ -192,7 +192,7 @@ void TestEndYear::profitAndLossCarried_data()
                 << QString::fromLatin1(backend) << c.pl << c.income << c.expense << c.carried;
 }
 
-void TestEndYear::profitAndLossCarried()
+void TestEndYear::profitAndLossWholeMoney()
 {
     TESSEL_BACKEND();
     QFETCH(qint64, plBefore);
@@ -218,9 +218,6 @@ void TestEndYear::profitAndLossCarried()
     // Rows of the period and a balance-sheet account are not carried.
     post(*db, QStringLiteral("21-10-001"), QStringLiteral("ELECTRICITY"), kFrom, 99999);
     post(*db, QStringLiteral("17-10-001"), QStringLiteral("CRESCENT TEXTILES"), QDate(2025, 5, 5), 55555);
-
-    const QString totalBefore = QStringLiteral("SELECT COALESCE(SUM(PartyBalance), 0) FROM tblPartyBalance WHERE VDate < ?");
-    const Money total = *db->scalarMoney(totalBefore, {kFrom});
 
     // Before the accounts step it would leave the vouchers before the
     // period half removed: refused, nothing written.
@@ -254,8 +251,6 @@ void TestEndYear::profitAndLossCarried()
         QCOMPARE(*db->scalarMoney(QStringLiteral("SELECT SUM(PartyBalance) FROM tblPartyBalance "
                                                  "WHERE PartyCode = '17-10-001'")),
                  cents(55555));
-        // Nothing is lost on the way: the openings balance as the rows did.
-        QCOMPARE(*db->scalarMoney(totalBefore, {kFrom}), total);
         verifyKept(*db);
     }
     // The accounts step after it carries the same figures again.
