@@ -778,7 +778,7 @@ void restoreYear(const ConnectionProfile &profile, const QString &file, const QS
 }
 
 QString dialogTitle(const QString &year) { return QStringLiteral("%1 (BACKUP) *AVOID SPACE IN BACKUP NAME").arg(year); }
-QString fileFilter(const QString &year) { return QStringLiteral("%1 (*.bak)").arg(year); }
+QString fileFilter(const QString &year) { return QStringLiteral("%1(*.bak)").arg(year); }
 QString cancelledMessage() { return QStringLiteral("Backup command cancelled, so backup not completed"); }
 QString completedMessage() { return QStringLiteral("Congradulation, process of Backup has completed"); }
 

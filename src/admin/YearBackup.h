@@ -54,7 +54,7 @@ QString serverTool(const QString &tool, int serverMajorVersion);
 
 // The words of the backup command.
 QString dialogTitle(const QString &year);    // "{year} (BACKUP) *AVOID SPACE IN BACKUP NAME"
-QString fileFilter(const QString &year);     // "{year} (*.bak)"
+QString fileFilter(const QString &year);     // "{year}(*.bak)"
 QString cancelledMessage();                  // "Backup command cancelled, so backup not completed"
 QString completedMessage();                  // "Congradulation, process of Backup has completed"
 QString restoreQuestion(const QString &file, const QString &year);
