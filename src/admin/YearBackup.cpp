@@ -59,13 +59,17 @@ QString passwordFor(const ConnectionProfile &profile, const QString &serverPassw
     return serverPassword.isEmpty() ? profile.password : serverPassword;
 }
 
-// Only names that passed isValidName(), or that name with "~" before it,
-// reach SQL text: letters, digits, "_" and "~".
+// Only names that passed isValidName(), or that name with "~" or "~~"
+// before it, reach SQL text: letters, digits, "_" and "~".
 QString quoted(const QString &name) { return QLatin1Char('"') + name + QLatin1Char('"'); }
 
 // A year being made on a server lives under this name until it is whole:
 // it does not begin with "Tessel", so no workstation lists it.
 QString serverWorkName(const QString &year) { return QLatin1Char('~') + year; }
+
+// A year being replaced on a server waits under this name until the new
+// one holds its name.
+QString serverAsideName(const QString &year) { return QStringLiteral("~~") + year; }
 
 // ------------------------------------------------------------ embedded store
 
@@ -265,15 +269,37 @@ struct Server
                        + QStringLiteral(" TEMPLATE template0 ENCODING 'UTF8'"));
         return work;
     }
+    void rename(const QString &from, const QString &to)
+    {
+        admin->execute(QStringLiteral("ALTER DATABASE ") + quoted(from) + QStringLiteral(" RENAME TO ") + quoted(to));
+    }
     // Gives the finished work database the year's name, in place of the
-    // year when `replacing`.
+    // year when `replacing`. The year being replaced steps aside first and
+    // is dropped only once the work database holds its name; should that
+    // fail, it takes its name back, so the year is never lost.
     void finish(const QString &work, const QString &year, bool replacing)
     {
-        if (replacing)
-            drop(year);
-        else if (exists(year))
-            throw alreadyThere(year);
-        admin->execute(QStringLiteral("ALTER DATABASE ") + quoted(work) + QStringLiteral(" RENAME TO ") + quoted(year));
+        if (!replacing) {
+            if (exists(year))
+                throw alreadyThere(year);
+            rename(work, year);
+            return;
+        }
+        const QString old = serverAsideName(year);
+        drop(old); // a replaced year left by a replacement that was cut off
+        rename(year, old);
+        try {
+            rename(work, year);
+        } catch (...) {
+            try {
+                rename(old, year);
+            } catch (...) {
+            }
+            throw;
+        }
+        // The restored year is in place: a former copy that cannot be
+        // dropped now goes with the next replacement of the year.
+        dropQuietly(old);
     }
     std::unique_ptr<SessionConnection> open(const QString &name)
     {
@@ -719,17 +745,26 @@ void restoreYear(const ConnectionProfile &profile, const QString &file, const QS
             checkEmbeddedYear(work, file);
             checkStamp(nullptr, profile, workName);
             if (replacing) {
-                // The year steps aside before its write-ahead file goes, so
-                // that no workstation ever opens the new file with the old
-                // year's unwritten pages beside it.
+                // The year steps aside with its write-ahead and journal
+                // files, so that no workstation ever opens the new file with
+                // the old year's unwritten pages beside it, and so that the
+                // year goes back whole should the new file not take its
+                // place.
                 const QString aside = yearFile(profile, to + QStringLiteral(".replaced"));
                 removeYearFiles(aside);
                 if (!QFile::rename(target, aside))
                     throw Error(QStringLiteral("The file %1 cannot be replaced.").arg(native(target)));
-                for (const QString &suffix : {QStringLiteral("-wal"), QStringLiteral("-shm"), QStringLiteral("-journal")})
-                    QFile::remove(target + suffix);
+                const QStringList kept = {QStringLiteral("-wal"), QStringLiteral("-journal")};
+                for (const QString &suffix : kept) {
+                    if (!QFile::rename(target + suffix, aside + suffix))
+                        QFile::remove(target + suffix);
+                }
+                QFile::remove(target + QStringLiteral("-shm"));
                 if (!QFile::rename(work, target)) {
-                    QFile::rename(aside, target);
+                    if (QFile::rename(aside, target)) {
+                        for (const QString &suffix : kept)
+                            QFile::rename(aside + suffix, target + suffix);
+                    }
                     throw Error(QStringLiteral("The file %1 cannot be written.").arg(native(target)));
                 }
                 removeYearFiles(aside);
