@@ -13,6 +13,7 @@
 #include <QRegularExpression>
 #include <QStandardPaths>
 #include <QTemporaryFile>
+#include <QThread>
 #include <QUrl>
 #include <cstdio>
 #include <sqlite3.h>
@@ -37,6 +38,11 @@ void checkName(const QString &name)
 
 Error notFound(const QString &year) { return Error(QStringLiteral("The account year %1 was not found.").arg(year)); }
 Error alreadyThere(const QString &year) { return Error(QStringLiteral("The account year %1 already exists.").arg(year)); }
+Error inUseElsewhere(const QString &year)
+{
+    return Error(QStringLiteral("The account year %1 is open on other workstations: they must log off from it before "
+                                "it can be replaced.").arg(year));
+}
 
 // Reports progress within a share of the whole: a stage that fills
 // `from`..`to` percent of the bar.
@@ -248,6 +254,12 @@ struct Server
     bool exists(const QString &name)
     {
         return admin->scalar(QStringLiteral("SELECT 1 FROM pg_database WHERE datname = ?"), {name}).isValid();
+    }
+    // True when any session is connected to the database `name`.
+    bool inUse(const QString &name)
+    {
+        return admin->scalar(QStringLiteral("SELECT COUNT(*) FROM pg_stat_activity WHERE datname = ?"), {name})
+                   .toLongLong() > 0;
     }
     void drop(const QString &name)
     {
@@ -679,9 +691,7 @@ void copyYear(const ConnectionProfile &profile, const QString &from, const QStri
     // The server waits some seconds for connections to go before it gives
     // up, so a year in use goes straight to the dump.
     say(progress, 0, what);
-    const bool inUse = server.admin->scalar(QStringLiteral("SELECT COUNT(*) FROM pg_stat_activity WHERE datname = ?"), {from})
-                           .toLongLong() > 0;
-    if (inUse || !copyByTemplate(server, from, to))
+    if (server.inUse(from) || !copyByTemplate(server, from, to))
         copyByDump(server, from, to, progress, what);
     say(progress, 100, what);
 }
@@ -785,6 +795,17 @@ void restoreYear(const ConnectionProfile &profile, const QString &file, const QS
     const bool replacing = server.exists(to);
     if (replacing && !replaceYear)
         throw alreadyThere(to);
+    // A year others work in is not pulled from under them. A session that
+    // has just ended stays listed for a moment, so it is given the few
+    // seconds the server itself waits before refusing to rename a year.
+    if (replacing) {
+        QDeadlineTimer patience(5000);
+        while (server.inUse(to)) {
+            if (patience.hasExpired())
+                throw inUseElsewhere(to);
+            QThread::msleep(100);
+        }
+    }
     const QString restore = server.tool(QStringLiteral("pg_restore"));
     const QString path = QFileInfo(file).absoluteFilePath();
     // The file's table of contents: a file pg_restore cannot read, or one

@@ -103,7 +103,7 @@ QString filled(QString words, const QString &one, const QString &two)
     return words.replace(QLatin1String("%1"), one).replace(QLatin1String("%2"), two);
 }
 
-// A year is set aside and renamed only on a server.
+// Sessions to a year are seen, and refused, only by a server.
 void serverOnly()
 {
     QTest::addColumn<QString>("backend");
@@ -144,6 +144,8 @@ private Q_SLOTS:
     void restoreRefusals();
     void replaceOnlyWhenAsked_data() { TestDb::addBackends(); }
     void replaceOnlyWhenAsked();
+    void replaceRefusedWhileInUse_data() { serverOnly(); }
+    void replaceRefusedWhileInUse();
     void failedReplaceKeepsTheYear_data() { serverOnly(); }
     void failedReplaceKeepsTheYear();
     void damagedBackupLeavesNothing_data() { TestDb::addBackends(); }
@@ -369,6 +371,20 @@ void TestYearBackup::replaceOnlyWhenAsked()
                  QStringList());
     else
         verifyNothingOf(year.profile(), QStringLiteral("~") + year.name());
+}
+
+void TestYearBackup::replaceRefusedWhileInUse()
+{
+    TESSEL_YEAR(year);
+    QTemporaryDir dir;
+    const QString file = dir.filePath(QStringLiteral("before.bak"));
+    backupThenAddLater(year, file);
+    auto other = year.connect();
+    QCOMPARE(refusalOf([&] { YearBackup::restoreYear(year.profile(), file, year.name(), true); }),
+             QStringLiteral("The account year %1 is open on other workstations: they must log off from it before it "
+                            "can be replaced.").arg(year.name()));
+    QCOMPARE(count(*other, QStringLiteral("SELECT COUNT(*) FROM tblPartyInfo WHERE PartyName = 'LATER'")), 1);
+    verifyNothingOf(year.profile(), QStringLiteral("~") + year.name());
 }
 
 // The restored copy cannot take the year's name (a session holds it open
