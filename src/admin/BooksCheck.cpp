@@ -8,6 +8,7 @@
 #include "vouchers/Ledger.h"
 #include "vouchers/LedgerCheck.h"
 #include "vouchers/PostingChecks.h"
+#include "vouchers/VoucherRules.h"
 
 #include <QElapsedTimer>
 #include <QHash>
@@ -806,9 +807,7 @@ QString Fault::document() const
 
 bool Fault::isScreenVoucher() const
 {
-    static const QSet<QString> screen = {QStringLiteral("CP"), QStringLiteral("CR"), QStringLiteral("BP"),
-                                         QStringLiteral("BR"), QStringLiteral("JV"), QStringLiteral("BC")};
-    return screen.contains(docType) && number > 0 && date.isValid();
+    return VoucherRules::opensInVoucherScreen(docType) && number > 0 && date.isValid();
 }
 
 Result run(SessionConnection &db, const Options &options)

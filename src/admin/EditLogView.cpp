@@ -1,5 +1,7 @@
 #include "admin/EditLogView.h"
 #include "foundation/SessionConnection.h"
+#include "vouchers/PostingChecks.h"
+#include "vouchers/VoucherRules.h"
 
 namespace EditLogView {
 
@@ -75,14 +77,10 @@ Target targetOf(const EditLog::Entry &e)
     t.number = *e.docNo;
     t.date = e.docDate;
     t.title = e.docTitle;
-    static const QStringList voucherScreen = {QStringLiteral("CP"), QStringLiteral("CR"), QStringLiteral("BP"),
-                                              QStringLiteral("BR"), QStringLiteral("JV"), QStringLiteral("BC")};
-    static const QStringList otherVouchers = {QStringLiteral("SV"), QStringLiteral("PS"), QStringLiteral("CS"),
-                                              QStringLiteral("OS")};
     const bool ledgerRow = e.tableName.compare(QLatin1String("tblPartyBalance"), Qt::CaseInsensitive) == 0;
-    if (voucherScreen.contains(e.docType) && ledgerRow && e.docDate.isValid() && t.number > 0)
+    if (VoucherRules::opensInVoucherScreen(e.docType) && ledgerRow && e.docDate.isValid() && t.number > 0)
         t.kind = Target::Kind::Voucher;
-    else if ((voucherScreen.contains(e.docType) || otherVouchers.contains(e.docType)) && e.docDate.isValid())
+    else if (PostingChecks::isKnownType(e.docType) && e.docDate.isValid())
         t.kind = Target::Kind::SingleVoucher;
     else if (e.docType == QLatin1String("INVOICE") && !e.docTitle.isEmpty() && e.docDate.isValid())
         t.kind = Target::Kind::Invoice;

@@ -13,6 +13,7 @@
 #include <QRegularExpression>
 #include <QStandardPaths>
 #include <QTemporaryFile>
+#include <QThread>
 #include <QUrl>
 #include <cstdio>
 #include <sqlite3.h>
@@ -37,6 +38,11 @@ void checkName(const QString &name)
 
 Error notFound(const QString &year) { return Error(QStringLiteral("The account year %1 was not found.").arg(year)); }
 Error alreadyThere(const QString &year) { return Error(QStringLiteral("The account year %1 already exists.").arg(year)); }
+Error inUseElsewhere(const QString &year)
+{
+    return Error(QStringLiteral("The account year %1 is open on other workstations: they must log off from it before "
+                                "it can be replaced.").arg(year));
+}
 
 // Reports progress within a share of the whole: a stage that fills
 // `from`..`to` percent of the bar.
@@ -59,13 +65,17 @@ QString passwordFor(const ConnectionProfile &profile, const QString &serverPassw
     return serverPassword.isEmpty() ? profile.password : serverPassword;
 }
 
-// Only names that passed isValidName(), or that name with "~" before it,
-// reach SQL text: letters, digits, "_" and "~".
+// Only names that passed isValidName(), or that name with "~" or "~~"
+// before it, reach SQL text: letters, digits, "_" and "~".
 QString quoted(const QString &name) { return QLatin1Char('"') + name + QLatin1Char('"'); }
 
 // A year being made on a server lives under this name until it is whole:
 // it does not begin with "Tessel", so no workstation lists it.
 QString serverWorkName(const QString &year) { return QLatin1Char('~') + year; }
+
+// A year being replaced on a server waits under this name until the new
+// one holds its name.
+QString serverAsideName(const QString &year) { return QStringLiteral("~~") + year; }
 
 // ------------------------------------------------------------ embedded store
 
@@ -245,6 +255,12 @@ struct Server
     {
         return admin->scalar(QStringLiteral("SELECT 1 FROM pg_database WHERE datname = ?"), {name}).isValid();
     }
+    // True when any session is connected to the database `name`.
+    bool inUse(const QString &name)
+    {
+        return admin->scalar(QStringLiteral("SELECT COUNT(*) FROM pg_stat_activity WHERE datname = ?"), {name})
+                   .toLongLong() > 0;
+    }
     void drop(const QString &name)
     {
         admin->execute(QStringLiteral("DROP DATABASE IF EXISTS ") + quoted(name) + QStringLiteral(" WITH (FORCE)"));
@@ -265,15 +281,37 @@ struct Server
                        + QStringLiteral(" TEMPLATE template0 ENCODING 'UTF8'"));
         return work;
     }
+    void rename(const QString &from, const QString &to)
+    {
+        admin->execute(QStringLiteral("ALTER DATABASE ") + quoted(from) + QStringLiteral(" RENAME TO ") + quoted(to));
+    }
     // Gives the finished work database the year's name, in place of the
-    // year when `replacing`.
+    // year when `replacing`. The year being replaced steps aside first and
+    // is dropped only once the work database holds its name; should that
+    // fail, it takes its name back, so the year is never lost.
     void finish(const QString &work, const QString &year, bool replacing)
     {
-        if (replacing)
-            drop(year);
-        else if (exists(year))
-            throw alreadyThere(year);
-        admin->execute(QStringLiteral("ALTER DATABASE ") + quoted(work) + QStringLiteral(" RENAME TO ") + quoted(year));
+        if (!replacing) {
+            if (exists(year))
+                throw alreadyThere(year);
+            rename(work, year);
+            return;
+        }
+        const QString old = serverAsideName(year);
+        drop(old); // a replaced year left by a replacement that was cut off
+        rename(year, old);
+        try {
+            rename(work, year);
+        } catch (...) {
+            try {
+                rename(old, year);
+            } catch (...) {
+            }
+            throw;
+        }
+        // The restored year is in place: a former copy that cannot be
+        // dropped now goes with the next replacement of the year.
+        dropQuietly(old);
     }
     std::unique_ptr<SessionConnection> open(const QString &name)
     {
@@ -653,9 +691,7 @@ void copyYear(const ConnectionProfile &profile, const QString &from, const QStri
     // The server waits some seconds for connections to go before it gives
     // up, so a year in use goes straight to the dump.
     say(progress, 0, what);
-    const bool inUse = server.admin->scalar(QStringLiteral("SELECT COUNT(*) FROM pg_stat_activity WHERE datname = ?"), {from})
-                           .toLongLong() > 0;
-    if (inUse || !copyByTemplate(server, from, to))
+    if (server.inUse(from) || !copyByTemplate(server, from, to))
         copyByDump(server, from, to, progress, what);
     say(progress, 100, what);
 }
@@ -719,17 +755,26 @@ void restoreYear(const ConnectionProfile &profile, const QString &file, const QS
             checkEmbeddedYear(work, file);
             checkStamp(nullptr, profile, workName);
             if (replacing) {
-                // The year steps aside before its write-ahead file goes, so
-                // that no workstation ever opens the new file with the old
-                // year's unwritten pages beside it.
+                // The year steps aside with its write-ahead and journal
+                // files, so that no workstation ever opens the new file with
+                // the old year's unwritten pages beside it, and so that the
+                // year goes back whole should the new file not take its
+                // place.
                 const QString aside = yearFile(profile, to + QStringLiteral(".replaced"));
                 removeYearFiles(aside);
                 if (!QFile::rename(target, aside))
                     throw Error(QStringLiteral("The file %1 cannot be replaced.").arg(native(target)));
-                for (const QString &suffix : {QStringLiteral("-wal"), QStringLiteral("-shm"), QStringLiteral("-journal")})
-                    QFile::remove(target + suffix);
+                const QStringList kept = {QStringLiteral("-wal"), QStringLiteral("-journal")};
+                for (const QString &suffix : kept) {
+                    if (!QFile::rename(target + suffix, aside + suffix))
+                        QFile::remove(target + suffix);
+                }
+                QFile::remove(target + QStringLiteral("-shm"));
                 if (!QFile::rename(work, target)) {
-                    QFile::rename(aside, target);
+                    if (QFile::rename(aside, target)) {
+                        for (const QString &suffix : kept)
+                            QFile::rename(aside + suffix, target + suffix);
+                    }
                     throw Error(QStringLiteral("The file %1 cannot be written.").arg(native(target)));
                 }
                 removeYearFiles(aside);
@@ -750,6 +795,17 @@ void restoreYear(const ConnectionProfile &profile, const QString &file, const QS
     const bool replacing = server.exists(to);
     if (replacing && !replaceYear)
         throw alreadyThere(to);
+    // A year others work in is not pulled from under them. A session that
+    // has just ended stays listed for a moment, so it is given the few
+    // seconds the server itself waits before refusing to rename a year.
+    if (replacing) {
+        QDeadlineTimer patience(5000);
+        while (server.inUse(to)) {
+            if (patience.hasExpired())
+                throw inUseElsewhere(to);
+            QThread::msleep(100);
+        }
+    }
     const QString restore = server.tool(QStringLiteral("pg_restore"));
     const QString path = QFileInfo(file).absoluteFilePath();
     // The file's table of contents: a file pg_restore cannot read, or one
@@ -778,7 +834,7 @@ void restoreYear(const ConnectionProfile &profile, const QString &file, const QS
 }
 
 QString dialogTitle(const QString &year) { return QStringLiteral("%1 (BACKUP) *AVOID SPACE IN BACKUP NAME").arg(year); }
-QString fileFilter(const QString &year) { return QStringLiteral("%1 (*.bak)").arg(year); }
+QString fileFilter(const QString &year) { return QStringLiteral("%1(*.bak)").arg(year); }
 QString cancelledMessage() { return QStringLiteral("Backup command cancelled, so backup not completed"); }
 QString completedMessage() { return QStringLiteral("Congradulation, process of Backup has completed"); }
 

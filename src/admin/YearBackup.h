@@ -36,7 +36,8 @@ void backupYear(const ConnectionProfile &profile, const QString &year, const QSt
 
 // Makes the year `to` from the backup `file`. An existing `to` is refused
 // unless `replaceYear` is set (the user answered the second question);
-// then it is replaced only once the backup has been restored in full.
+// then it is replaced only once the backup has been restored in full, and
+// on a server only while no session is connected to it.
 void restoreYear(const ConnectionProfile &profile, const QString &file, const QString &to, bool replaceYear = false,
                  const QString &serverPassword = QString(), const Progress &progress = {});
 
@@ -54,7 +55,7 @@ QString serverTool(const QString &tool, int serverMajorVersion);
 
 // The words of the backup command.
 QString dialogTitle(const QString &year);    // "{year} (BACKUP) *AVOID SPACE IN BACKUP NAME"
-QString fileFilter(const QString &year);     // "{year} (*.bak)"
+QString fileFilter(const QString &year);     // "{year}(*.bak)"
 QString cancelledMessage();                  // "Backup command cancelled, so backup not completed"
 QString completedMessage();                  // "Congradulation, process of Backup has completed"
 QString restoreQuestion(const QString &file, const QString &year);

@@ -1,6 +1,7 @@
 #include "vouchers/VoucherRules.h"
 
 #include <QHash>
+#include <QSet>
 
 namespace VoucherMessages {
 QString farDate(const QDate &date)
@@ -160,6 +161,13 @@ QString titleOfType(const QString &type)
         {QStringLiteral("JV"), QStringLiteral("JOURNAL VOUCHER")},
     };
     return titles.value(type, QStringLiteral("ACCOUNTS VOUCHER"));
+}
+
+bool opensInVoucherScreen(const QString &type)
+{
+    static const QSet<QString> types = {QStringLiteral("CP"), QStringLiteral("CR"), QStringLiteral("BP"),
+                                        QStringLiteral("BR"), QStringLiteral("JV"), QStringLiteral("BC")};
+    return types.contains(type);
 }
 
 } // namespace VoucherRules

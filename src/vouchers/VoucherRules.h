@@ -133,5 +133,7 @@ Outcome checkSide(const QString &side);
 Outcome checkVoucherQuestion(const QString &number, const QString &type);
 // The window's title for a voucher of this type.
 QString titleOfType(const QString &type);
+// CP, CR, BP, BR, JV and BC: the types the voucher screen opens to change.
+bool opensInVoucherScreen(const QString &type);
 
 } // namespace VoucherRules

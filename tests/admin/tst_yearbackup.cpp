@@ -103,6 +103,21 @@ QString filled(QString words, const QString &one, const QString &two)
     return words.replace(QLatin1String("%1"), one).replace(QLatin1String("%2"), two);
 }
 
+// Sessions to a year are seen, and refused, only by a server.
+void serverOnly()
+{
+    QTest::addColumn<QString>("backend");
+    QTest::newRow("postgres") << QStringLiteral("postgres");
+}
+
+// A year with an account added after `file` was written from it.
+void backupThenAddLater(const TestDb::Year &year, const QString &file)
+{
+    YearBackup::backupYear(year.profile(), year.name(), file);
+    auto db = year.connect();
+    db->execute(QStringLiteral("INSERT INTO tblPartyInfo (PartyCode, PartyName) VALUES ('17-10-001', 'LATER')"));
+}
+
 QString refusalOf(const std::function<void()> &f)
 {
     try {
@@ -129,6 +144,10 @@ private Q_SLOTS:
     void restoreRefusals();
     void replaceOnlyWhenAsked_data() { TestDb::addBackends(); }
     void replaceOnlyWhenAsked();
+    void replaceRefusedWhileInUse_data() { serverOnly(); }
+    void replaceRefusedWhileInUse();
+    void failedReplaceKeepsTheYear_data() { serverOnly(); }
+    void failedReplaceKeepsTheYear();
     void damagedBackupLeavesNothing_data() { TestDb::addBackends(); }
     void damagedBackupLeavesNothing();
 };
@@ -352,6 +371,50 @@ void TestYearBackup::replaceOnlyWhenAsked()
                  QStringList());
     else
         verifyNothingOf(year.profile(), QStringLiteral("~") + year.name());
+}
+
+void TestYearBackup::replaceRefusedWhileInUse()
+{
+    TESSEL_YEAR(year);
+    QTemporaryDir dir;
+    const QString file = dir.filePath(QStringLiteral("before.bak"));
+    backupThenAddLater(year, file);
+    auto other = year.connect();
+    QCOMPARE(refusalOf([&] { YearBackup::restoreYear(year.profile(), file, year.name(), true); }),
+             QStringLiteral("The account year %1 is open on other workstations: they must log off from it before it "
+                            "can be replaced.").arg(year.name()));
+    QCOMPARE(count(*other, QStringLiteral("SELECT COUNT(*) FROM tblPartyInfo WHERE PartyName = 'LATER'")), 1);
+    verifyNothingOf(year.profile(), QStringLiteral("~") + year.name());
+}
+
+// The restored copy cannot take the year's name (a session holds it open
+// at the last moment): the year stays as it was, and nothing else is left.
+void TestYearBackup::failedReplaceKeepsTheYear()
+{
+    TESSEL_YEAR(year);
+    QTemporaryDir dir;
+    const QString file = dir.filePath(QStringLiteral("before.bak"));
+    backupThenAddLater(year, file);
+    std::unique_ptr<SessionConnection> intruder;
+    const YearBackup::Progress progress = [&](int percent, const QString &) {
+        if (percent >= 95 && !intruder) {
+            SessionConnection::OpenOptions o;
+            o.prepareSession = false;
+            intruder = SessionConnection::open(year.profile(), QStringLiteral("~") + year.name(), o);
+        }
+    };
+    bool failed = false;
+    try {
+        YearBackup::restoreYear(year.profile(), file, year.name(), true, QString(), progress);
+    } catch (const DbError &) {
+        failed = true;
+    }
+    QVERIFY(intruder);
+    QVERIFY(failed);
+    intruder.reset();
+    auto db = year.connect();
+    QCOMPARE(count(*db, QStringLiteral("SELECT COUNT(*) FROM tblPartyInfo WHERE PartyName = 'LATER'")), 1);
+    verifyNothingOf(year.profile(), QStringLiteral("~") + year.name());
 }
 
 void TestYearBackup::damagedBackupLeavesNothing()

@@ -88,14 +88,5 @@ bool frmCheckBooks::openFault(int row)
         return false;
     const BooksCheck::Fault &f = m_result.faults.at(row);
     auto *host = qobject_cast<frmMDITessel *>(window());
-    if (!f.isScreenVoucher() || !host || !host->runMenuEntry(QStringLiteral("mnuPModifyJournalVoucher")))
-        return false;
-    auto *v = qobject_cast<frmJournalVoucher *>(host->findScreen(QStringLiteral("frmJournalVoucher")));
-    if (!v || v->mode() != frmJournalVoucher::Mode::Modify)
-        return false;
-    v->cmbModifyVoucherType->setEditText(f.docType);
-    v->txtShowVoucherNo->setText(QString::number(f.number));
-    v->mskDateModifyVoucher->setDate(f.date);
-    v->cmdVoucherNoOkay->click();
-    return true;
+    return f.isScreenVoucher() && host && openPostedVoucher(*host, {f.docType, f.number, f.date});
 }

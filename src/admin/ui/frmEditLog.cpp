@@ -230,18 +230,10 @@ void frmEditLog::openRow(int row)
     const EditLogView::Target t = EditLogView::targetOf(m_entries.at(row));
     auto *host = qobject_cast<frmMDITessel *>(window());
     switch (t.kind) {
-    case EditLogView::Target::Kind::Voucher: {
-        if (!host || !host->runMenuEntry(QStringLiteral("mnuPModifyJournalVoucher")))
-            return;
-        auto *f = qobject_cast<frmJournalVoucher *>(host->findScreen(QStringLiteral("frmJournalVoucher")));
-        if (!f || f->mode() != frmJournalVoucher::Mode::Modify)
-            return;
-        f->cmbModifyVoucherType->setCurrentText(t.type);
-        f->txtShowVoucherNo->setText(QString::number(t.number));
-        f->mskDateModifyVoucher->setDate(t.date);
-        f->cmdVoucherNoOkay->click();
+    case EditLogView::Target::Kind::Voucher:
+        if (host)
+            openPostedVoucher(*host, {t.type, t.number, t.date});
         return;
-    }
     case EditLogView::Target::Kind::SingleVoucher:
         Reports::showReport(this, VoucherPrinting::singleVoucher(t.type, t.number, t.date));
         return;

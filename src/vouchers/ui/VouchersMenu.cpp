@@ -1,6 +1,8 @@
 #include "foundation/Session.h"
 #include "foundation/ui/MenuRouter.h"
+#include "foundation/ui/MaskedLineEdit.h"
 #include "foundation/ui/MessageService.h"
+#include "foundation/ui/frmMDITessel.h"
 #include "vouchers/VoucherStaging.h"
 #include "reports/ui/frmViewReport.h"
 #include "vouchers/ui/frmBillWisePayment.h"
@@ -44,6 +46,20 @@ frmJournalVoucher *openReadyVoucher(MdiHost &host, const Voucher &voucher)
     session().voucherMode = QStringLiteral("NEW");
     auto *f = host.showScreen<frmJournalVoucher>(QStringLiteral("frmJournalVoucher"));
     f->loadReadyVoucher(voucher);
+    return f;
+}
+
+frmJournalVoucher *openPostedVoucher(frmMDITessel &main, const VoucherKey &key)
+{
+    if (!main.runMenuEntry(QStringLiteral("mnuPModifyJournalVoucher")))
+        return nullptr;
+    auto *f = qobject_cast<frmJournalVoucher *>(main.findScreen(QStringLiteral("frmJournalVoucher")));
+    if (!f || f->mode() != frmJournalVoucher::Mode::Modify)
+        return nullptr;
+    f->cmbModifyVoucherType->setCurrentText(key.type);
+    f->txtShowVoucherNo->setText(QString::number(key.number));
+    f->mskDateModifyVoucher->setDate(key.date);
+    f->cmdVoucherNoOkay->click();
     return f;
 }
 

@@ -154,3 +154,10 @@ class MdiHost;
 // first when the open voucher screen has lines typed. Returns the screen,
 // or nullptr when the user kept the voucher in progress.
 frmJournalVoucher *openReadyVoucher(MdiHost &host, const Voucher &voucher);
+
+class frmMDITessel;
+// Opens the posted voucher `key` in the voucher screen to be changed,
+// through the menu's modify entry so the user's rights hold. Returns the
+// screen, or nullptr when the entry is closed to the user or the user kept
+// the voucher in progress.
+frmJournalVoucher *openPostedVoucher(frmMDITessel &main, const VoucherKey &key);

@@ -6,6 +6,7 @@
 
 #include "admin/EditLogView.h"
 #include "admin/ui/frmEditLog.h"
+#include "foundation/EditLogSchema.h"
 #include "foundation/ui/MaskedLineEdit.h"
 #include "foundation/ui/frmMDITessel.h"
 #include "reports/ReportExport.h"
@@ -67,10 +68,33 @@ struct Main
     bool active = false;
 };
 
-void filter(frmEditLog *f, const QString &type, const QString &number, const QString &user = QString())
+// The days by the database's own clock, which the log keeps, from before
+// the vouchers were posted to after.
+struct Days
 {
-    f->mskDateFrom->setDate(QDate::currentDate());
-    f->mskDateTo->setDate(QDate::currentDate());
+    QDate first;
+    QDate last;
+};
+
+QDate databaseDay(SessionConnection &db)
+{
+    return db.scalar(QStringLiteral("SELECT ") + EditLogSchema::todaySql(db.isPostgres())).toDate();
+}
+
+Days postVouchersLogged(ScreenTest &t)
+{
+    Days d;
+    d.first = databaseDay(t.db());
+    postVouchers(t);
+    d.last = databaseDay(t.db());
+    return d;
+}
+
+void filter(frmEditLog *f, const Days &days, const QString &type, const QString &number,
+            const QString &user = QString())
+{
+    f->mskDateFrom->setDate(days.first);
+    f->mskDateTo->setDate(days.last);
     f->cmbUserName->setEditText(user);
     f->cmbDocType->setEditText(type);
     f->txtDocNo->setText(number);
@@ -94,18 +118,22 @@ private Q_SLOTS:
 void TestEditLogScreen::filtersAndRefusals()
 {
     TESSEL_BACKEND()
-    ScreenTest t(backend, QDate::currentDate());
-    postVouchers(t);
+    const QDate today = QDate::currentDate();
+    ScreenTest t(backend, today);
+    const Days days = postVouchersLogged(t);
+    QVERIFY(days.first.isValid());
     Main m;
     QVERIFY(m.active);
     frmEditLog *f = m.editLog();
     QVERIFY(f);
-    QCOMPARE(f->mskDateFrom->date(), QDate::currentDate()); // today's changes first
+    QCOMPARE(f->mskDateFrom->date(), today); // the workstation's day first
+    QCOMPARE(f->mskDateTo->date(), today);
+    filter(f, days, QString(), QString());
     QVERIFY(rows(f) >= 6);
     QVERIFY(ScreenKit::items(f->cmbDocType).contains(QStringLiteral("CP")));
     QVERIFY(ScreenKit::items(f->cmbUserName).contains(QStringLiteral("OWNER")));
 
-    filter(f, QStringLiteral("CP"), QStringLiteral("2"));
+    filter(f, days, QStringLiteral("CP"), QStringLiteral("2"));
     QCOMPARE(rows(f), 2); // the line and the cash row
     for (const EditLog::Entry &e : f->entries()) {
         QCOMPARE(e.userName, QStringLiteral("OWNER"));
@@ -120,18 +148,18 @@ void TestEditLogScreen::filtersAndRefusals()
     QVERIFY(f->txtAfter->toPlainText().split(QLatin1Char('\n')).contains(QStringLiteral("PartyDR=100.00")));
     ScreenKit::shoot(&m.main, QStringLiteral("editlog-") + backend);
 
-    filter(f, QStringLiteral("CP"), QString(), QStringLiteral("CLERK"));
+    filter(f, days, QStringLiteral("CP"), QString(), QStringLiteral("CLERK"));
     QCOMPARE(rows(f), 2);
-    filter(f, QStringLiteral("JV"), QString());
+    filter(f, days, QStringLiteral("JV"), QString());
     QCOMPARE(rows(f), 0);
 
-    // A day before today's: nothing; a period that ends before it starts: refused.
-    f->mskDateFrom->setDate(QDate::currentDate().addDays(-3));
-    f->mskDateTo->setDate(QDate::currentDate().addDays(-1));
+    // Days before the posting: nothing; a period that ends before it starts: refused.
+    f->mskDateFrom->setDate(days.first.addDays(-3));
+    f->mskDateTo->setDate(days.first.addDays(-1));
     f->cmbDocType->setEditText(QString());
     f->cmdShow->click();
     QCOMPARE(rows(f), 0);
-    f->mskDateFrom->setDate(QDate::currentDate());
+    f->mskDateFrom->setDate(days.first);
     f->cmdShow->click();
     QCOMPARE(t.rec.last().text, EditLogView::Messages::badPeriod());
     QCOMPARE(QApplication::focusWidget(), static_cast<QWidget *>(f->mskDateFrom));
@@ -149,11 +177,11 @@ void TestEditLogScreen::filtersAndRefusals()
 void TestEditLogScreen::opensTheVoucherAndItsHistory()
 {
     ScreenTest t(QStringLiteral("sqlite"), QDate::currentDate());
-    postVouchers(t);
+    const Days days = postVouchersLogged(t);
     Main m;
     QVERIFY(m.active);
     frmEditLog *f = m.editLog();
-    filter(f, QStringLiteral("CP"), QStringLiteral("1"));
+    filter(f, days, QStringLiteral("CP"), QStringLiteral("1"));
     QCOMPARE(rows(f), 2);
     emit f->dgEditLog->doubleClicked(f->dgEditLog->model()->index(0, 3));
     auto *v = qobject_cast<frmJournalVoucher *>(m.main.findScreen(QStringLiteral("frmJournalVoucher")));
@@ -187,9 +215,9 @@ void TestEditLogScreen::opensTheVoucherAndItsHistory()
 void TestEditLogScreen::printedLogTakesTheFilter()
 {
     ScreenTest t(QStringLiteral("sqlite"), QDate::currentDate());
-    postVouchers(t);
+    const Days days = postVouchersLogged(t);
     EditLog::Filter f;
-    QVERIFY(EditLogView::readFilter(QDate::currentDate(), QDate::currentDate(), QStringLiteral("OWNER"),
+    QVERIFY(EditLogView::readFilter(days.first, days.last, QStringLiteral("OWNER"),
                                     QStringLiteral("CP"), QString(), f)
                 .ok);
     QVERIFY(!EditLogView::readFilter(QDate(), QDate(), QString(), QString(), QStringLiteral("X1"), f).ok);
@@ -204,7 +232,7 @@ void TestEditLogScreen::printedLogTakesTheFilter()
     EditLog::Filter all;
     QCOMPARE(Reports::ReportFrame::render(t.db(), EditLogView::request(all)).rows.size(),
              int(EditLog::entries(t.db(), all).size()));
-    all.to = QDate::currentDate().addDays(-1);
+    all.to = days.first.addDays(-1);
     QCOMPARE(Reports::ReportFrame::render(t.db(), EditLogView::request(all)).rows.size(), 0);
 
     QTemporaryDir dir;
