@@ -183,9 +183,7 @@ void frmClientDetail::onOpened()
 {
     PeriodReportScreen::onOpened();
     // Every time, so that an account made meanwhile is there.
-    const QString code = m_pick->code();
-    runSafely(this, [this] { m_pick->loadPartyList(); });
-    m_pick->setCode(code);
+    m_pick->reload();
 }
 
 std::optional<Reports::ReportRequest> frmClientDetail::request()
@@ -265,9 +263,7 @@ frmPartyPO::frmPartyPO(QWidget *parent)
 void frmPartyPO::onOpened()
 {
     PeriodReportScreen::onOpened();
-    const QString code = m_pick->code();
-    runSafely(this, [this] { m_pick->loadPartyList(); });
-    m_pick->setCode(code);
+    m_pick->reload();
 }
 
 void frmPartyPO::optionChanged()
