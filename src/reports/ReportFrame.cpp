@@ -792,7 +792,13 @@ bool ReportFrame::writeFile(SessionConnection &db, const ReportRequest &request,
 bool ReportFrame::writeFile(SessionConnection &db, const ReportRequest &request, const QString &path,
                             const DesignCatalogue &catalogue, QString *error, WrittenReport *written)
 {
-    const bool pdf = QFileInfo(path).suffix().compare(QLatin1String("pdf"), Qt::CaseInsensitive) == 0;
+    const QString suffix = QFileInfo(path).suffix().toLower();
+    if (suffix != QLatin1String("pdf") && suffix != QLatin1String("csv") && suffix != QLatin1String("xlsx")) {
+        if (error)
+            *error = QStringLiteral("%1: the file must end in .pdf, .xlsx or .csv").arg(QDir::toNativeSeparators(path));
+        return false;
+    }
+    const bool pdf = suffix == QLatin1String("pdf");
     const ReportDesign design = catalogue.load(request.design);
     if (!pdf || design.chart || design.halfPage) {
         // A workbook, a CSV, a chart or a half-page document: the whole
