@@ -453,6 +453,10 @@ void ensure(SessionConnection &s)
                       .arg(ix.unique ? QStringLiteral("UNIQUE ") : QString(), ix.name, ix.table, ix.columns,
                            ix.where.isEmpty() ? QString() : QStringLiteral(" WHERE ") + ix.where));
     }
+    // Indexes no query uses any more; a year made before they were retired
+    // still carries them and pays for them on every write.
+    for (const char *retired : {"ixPartyBalanceDate"})
+        s.execute(QStringLiteral("DROP INDEX IF EXISTS ") + QLatin1String(retired));
     EditLogSchema::createTriggers(s);
     // Views are rebuilt from their files every time: drop in reverse order,
     // create in order (a view may stand on an earlier one).

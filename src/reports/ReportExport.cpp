@@ -51,7 +51,41 @@ bool paintReport(const RenderedReport &report, QPagedPaintDevice &device, QStrin
     return true;
 }
 
-bool exportPdf(const RenderedReport &report, const QString &path, QString *error)
+bool detail::writeReplacing(const QString &path, QString *error, const std::function<bool(const QString &)> &write)
+{
+    const QString part = path + QStringLiteral(".part");
+    QFile::remove(part);
+    bool ok = false;
+    try {
+        ok = write(part);
+    } catch (...) {
+        QFile::remove(part);
+        throw;
+    }
+    if (!ok) {
+        QFile::remove(part);
+        if (error)
+            error->replace(QDir::toNativeSeparators(part), QDir::toNativeSeparators(path));
+        return false;
+    }
+    if (QFile::exists(path) && !QFile::remove(path)) {
+        QFile::remove(part);
+        if (error)
+            *error = QStringLiteral("%1: the file cannot be replaced").arg(QDir::toNativeSeparators(path));
+        return false;
+    }
+    if (!QFile::rename(part, path)) {
+        QFile::remove(part);
+        if (error)
+            *error = QStringLiteral("%1: the file cannot be written").arg(QDir::toNativeSeparators(path));
+        return false;
+    }
+    return true;
+}
+
+namespace {
+
+bool writePdf(const RenderedReport &report, const QString &path, QString *error)
 {
     {
         QFile probe(path);
@@ -64,6 +98,13 @@ bool exportPdf(const RenderedReport &report, const QString &path, QString *error
     QPdfWriter pdf(path);
     detail::setUpPdfWriter(pdf, report);
     return paintReport(report, pdf, error);
+}
+
+} // namespace
+
+bool exportPdf(const RenderedReport &report, const QString &path, QString *error)
+{
+    return detail::writeReplacing(path, error, [&](const QString &part) { return writePdf(report, part, error); });
 }
 
 void detail::setUpPdfWriter(QPdfWriter &pdf, const RenderedReport &report)
@@ -342,7 +383,9 @@ static lxw_error writeChartSheet(lxw_workbook *book, const ChartData &c, lxw_for
     return worksheet_insert_chart_opt(ws, row + 1, 0, chart, &place);
 }
 
-bool exportXlsx(const RenderedReport &r, const QString &path, QString *error)
+namespace {
+
+bool writeXlsx(const RenderedReport &r, const QString &path, QString *error)
 {
     const ReportDesign &d = r.design;
     auto fail = [&](const QString &why) {
@@ -436,6 +479,13 @@ bool exportXlsx(const RenderedReport &r, const QString &path, QString *error)
     if (e)
         return fail(QString::fromUtf8(lxw_strerror(e)));
     return true;
+}
+
+} // namespace
+
+bool exportXlsx(const RenderedReport &report, const QString &path, QString *error)
+{
+    return detail::writeReplacing(path, error, [&](const QString &part) { return writeXlsx(report, part, error); });
 }
 
 bool exportFile(const RenderedReport &report, const QString &path, QString *error)

@@ -4,6 +4,8 @@
 #include <QString>
 #include <QVector>
 
+#include <functional>
+
 class QPagedPaintDevice;
 
 namespace Reports {
@@ -28,5 +30,12 @@ QByteArray csvText(const RenderedReport &report);
 bool exportXlsx(const RenderedReport &report, const QString &path, QString *error);
 // By the file's extension: .pdf, .csv, .xlsx.
 bool exportFile(const RenderedReport &report, const QString &path, QString *error);
+
+namespace detail {
+// Lets `write` make the file under a name beside `path` and puts it in
+// place of `path` only once it was written whole: a failed or interrupted
+// export leaves a file already there as it was.
+bool writeReplacing(const QString &path, QString *error, const std::function<bool(const QString &)> &write);
+} // namespace detail
 
 } // namespace Reports

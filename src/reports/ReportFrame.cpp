@@ -717,43 +717,10 @@ void endReport(RenderedReport &r, const ReportLine *lastLine)
     }
 }
 
-} // namespace
-
-RenderedReport ReportFrame::render(SessionConnection &db, const ReportRequest &request,
-                                   const DesignCatalogue &catalogue)
+// A PDF read, laid out and painted a page at a time (see writeFile()).
+bool streamPdf(SessionConnection &db, const ReportRequest &request, const DesignCatalogue &catalogue,
+               const QString &path, QString *error, ReportFrame::WrittenReport *written)
 {
-    RenderedReport r;
-    std::optional<PeriodScope> period;
-    const Statement st = beginReport(db, request, catalogue, r, period);
-    r.rows = db.select(st.sql, st.params);
-    period.reset();
-    buildLines(r);
-    endReport(r, r.lines.isEmpty() ? nullptr : &r.lines.constLast());
-    return r;
-}
-
-bool ReportFrame::writeFile(SessionConnection &db, const ReportRequest &request, const QString &path,
-                            QString *error, WrittenReport *written)
-{
-    return writeFile(db, request, path, DesignCatalogue(userDesignDir()), error, written);
-}
-
-bool ReportFrame::writeFile(SessionConnection &db, const ReportRequest &request, const QString &path,
-                            const DesignCatalogue &catalogue, QString *error, WrittenReport *written)
-{
-    const bool pdf = QFileInfo(path).suffix().compare(QLatin1String("pdf"), Qt::CaseInsensitive) == 0;
-    const ReportDesign design = catalogue.load(request.design);
-    if (!pdf || design.chart || design.halfPage) {
-        // A workbook, a CSV, a chart or a half-page document: the whole
-        // report first (these are short, or never laid out).
-        const RenderedReport r = render(db, request, catalogue);
-        if (written) {
-            written->rows = r.rows.size();
-            written->pages = pdf ? r.pageCount() : 0;
-        }
-        return exportFile(r, path, error);
-    }
-
     {
         QFile probe(path);
         if (!probe.open(QIODevice::WriteOnly)) {
@@ -799,6 +766,54 @@ bool ReportFrame::writeFile(SessionConnection &db, const ReportRequest &request,
         written->pages = qMax(0, pages);
     }
     return pages >= 0;
+}
+
+} // namespace
+
+RenderedReport ReportFrame::render(SessionConnection &db, const ReportRequest &request,
+                                   const DesignCatalogue &catalogue)
+{
+    RenderedReport r;
+    std::optional<PeriodScope> period;
+    const Statement st = beginReport(db, request, catalogue, r, period);
+    r.rows = db.select(st.sql, st.params);
+    period.reset();
+    buildLines(r);
+    endReport(r, r.lines.isEmpty() ? nullptr : &r.lines.constLast());
+    return r;
+}
+
+bool ReportFrame::writeFile(SessionConnection &db, const ReportRequest &request, const QString &path,
+                            QString *error, WrittenReport *written)
+{
+    return writeFile(db, request, path, DesignCatalogue(userDesignDir()), error, written);
+}
+
+bool ReportFrame::writeFile(SessionConnection &db, const ReportRequest &request, const QString &path,
+                            const DesignCatalogue &catalogue, QString *error, WrittenReport *written)
+{
+    const QString suffix = QFileInfo(path).suffix().toLower();
+    if (suffix != QLatin1String("pdf") && suffix != QLatin1String("csv") && suffix != QLatin1String("xlsx")) {
+        if (error)
+            *error = QStringLiteral("%1: the file must end in .pdf, .xlsx or .csv").arg(QDir::toNativeSeparators(path));
+        return false;
+    }
+    const bool pdf = suffix == QLatin1String("pdf");
+    const ReportDesign design = catalogue.load(request.design);
+    if (!pdf || design.chart || design.halfPage) {
+        // A workbook, a CSV, a chart or a half-page document: the whole
+        // report first (these are short, or never laid out).
+        const RenderedReport r = render(db, request, catalogue);
+        if (written) {
+            written->rows = r.rows.size();
+            written->pages = pdf ? r.pageCount() : 0;
+        }
+        return exportFile(r, path, error);
+    }
+
+    return detail::writeReplacing(path, error, [&](const QString &part) {
+        return streamPdf(db, request, catalogue, part, error, written);
+    });
 }
 
 // ------------------------------------------------------------ drill-down

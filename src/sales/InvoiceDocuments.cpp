@@ -117,13 +117,13 @@ QVector<Document> offeredBy(const QString &menuEntry)
         return {D::DeliveryChallan, D::DeliveryChallanByDemandNo};
     if (menuEntry == QLatin1String("mnuViewPurchaseOrder"))
         return {D::PurchaseOrder, D::PurchaseOrderWithoutRate};
-    // The invoice with its sale tax set out is offered here too: no other
-    // entry reaches it.
+    // The invoice with its sale tax set out stays on offer whichever invoice
+    // entry opens the screen; only VIEW INVOICE adds the one with the balance.
     if (menuEntry == QLatin1String("mnuViewInvoice"))
         return {D::SaleTaxInvoice, D::SaleTaxInvoiceDW, D::Invoice, D::InvoiceWithBalance, D::Bill,
                 D::InvoiceWithSalesTax};
     if (menuEntry == QLatin1String("mnuViewPrintBill") || menuEntry == QLatin1String("mnuViewPrintInvoice"))
-        return {D::SaleTaxInvoice, D::SaleTaxInvoiceDW, D::Invoice, D::Bill};
+        return {D::SaleTaxInvoice, D::SaleTaxInvoiceDW, D::Invoice, D::Bill, D::InvoiceWithSalesTax};
     return {};
 }
 

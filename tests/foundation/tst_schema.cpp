@@ -155,6 +155,7 @@ void TestSchema::upgradeBringsOlderYearUpToDate()
         EditLogSchema::dropTriggers(*db); // a year from before the edit log
         db->execute(QStringLiteral("ALTER TABLE tblPartyInfo DROP COLUMN DueDays"));
         db->execute(QStringLiteral("DROP TABLE tblLetterhead"));
+        db->execute(QStringLiteral("CREATE INDEX ixPartyBalanceDate ON tblPartyBalance (VDate)")); // since retired
     }
     auto db = year.connect();
     QCOMPARE(Schema::compareStamp(Schema::storedStamp(*db)), Schema::VersionCheck::Older);
@@ -162,6 +163,10 @@ void TestSchema::upgradeBringsOlderYearUpToDate()
     QCOMPARE(Schema::storedStamp(*db), QString::fromLatin1(Schema::kStamp));
     QVERIFY(columnsOf(*db, QStringLiteral("tblPartyInfo")).contains(QStringLiteral("duedays")));
     QVERIFY(columnsOf(*db, QStringLiteral("tblLetterhead")).contains(QStringLiteral("companyntn")));
+    const QVariant retired = db->isSQLite()
+        ? db->scalar(QStringLiteral("SELECT COUNT(*) FROM sqlite_master WHERE name = 'ixPartyBalanceDate'"))
+        : db->scalar(QStringLiteral("SELECT COUNT(*) FROM pg_indexes WHERE indexname = 'ixpartybalancedate'"));
+    QCOMPARE(retired.toInt(), 0);
     // The fixed accounts survive and the view is back.
     QCOMPARE(db->scalar(QStringLiteral("SELECT COUNT(*) FROM ChartOfAccount WHERE PartyCode = ?"),
                         {QStringLiteral("19-10-001")}).toInt(), 1);

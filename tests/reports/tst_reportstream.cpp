@@ -175,6 +175,48 @@ private slots:
         QVERIFY2(error.contains(QLatin1String("ledger.pdf")), qPrintable(error));
         QCOMPARE(reads, 0);
     }
+
+    // A save that fails once the file is begun (the read breaks off) leaves
+    // the file already there as it was, and no work file beside it.
+    void failedSaveKeepsOldFile_data()
+    {
+        QTest::addColumn<QString>("suffix");
+        for (const char *s : {"pdf", "csv", "xlsx"})
+            QTest::newRow(s) << QString::fromLatin1(s);
+    }
+    void failedSaveKeepsOldFile()
+    {
+        QFETCH(QString, suffix);
+        TestDb::Year year(QStringLiteral("sqlite"));
+        auto db = year.connect();
+        seedLongYear(*db);
+        QTemporaryDir dir;
+        const QString path = dir.filePath(QStringLiteral("ledger.") + suffix);
+        {
+            QFile old(path);
+            QVERIFY(old.open(QIODevice::WriteOnly));
+            old.write("LAST MONTH'S LEDGER");
+        }
+        db->setStatementHook([](const QString &sql) {
+            if (sql.contains(QLatin1String("FROM Ledger")))
+                throw std::runtime_error("connection lost");
+        });
+        const auto req = LedgerStatements::ledger(LedgerStatements::LedgerKind::Ledger, QStringLiteral("19-10-001"),
+                                                  QStringLiteral("CASH IN HAND"),
+                                                  LedgerStatements::Period::of(QDate(2026, 1, 1), QDate(2026, 12, 31)));
+        QString error;
+        QVERIFY_THROWS_EXCEPTION(std::runtime_error, ReportFrame::writeFile(*db, req, path, kShipped, &error));
+        QFile kept(path);
+        QVERIFY(kept.open(QIODevice::ReadOnly));
+        QCOMPARE(kept.readAll(), QByteArray("LAST MONTH'S LEDGER"));
+        QCOMPARE(QDir(dir.path()).entryList(QDir::Files), QStringList{QStringLiteral("ledger.") + suffix});
+
+        // Once the read succeeds the file is replaced.
+        db->setStatementHook({});
+        QVERIFY2(ReportFrame::writeFile(*db, req, path, kShipped, &error), qPrintable(error));
+        QVERIFY(QFileInfo(path).size() > 100);
+        QCOMPARE(QDir(dir.path()).entryList(QDir::Files), QStringList{QStringLiteral("ledger.") + suffix});
+    }
 };
 
 QTEST_MAIN(tst_ReportStream)

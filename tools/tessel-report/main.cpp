@@ -96,14 +96,17 @@ int main(int argc, char **argv)
 
     try {
         auto db = SessionConnection::open(profile, parser.value(yearOpt));
-        const Reports::RenderedReport report =
-            Reports::ReportFrame::render(*db, req, Reports::DesignCatalogue(settings.designDir));
-        for (const QString &w : report.warnings)
+        const Reports::DesignCatalogue catalogue(settings.designDir);
+        QStringList warnings;
+        catalogue.load(req.design, &warnings);
+        for (const QString &w : warnings)
             QTextStream(stderr) << "tessel-report: the design was not used: " << w << "\n";
-        if (!Reports::exportFile(report, parser.value(outOpt), &error))
+        // Streamed: the rows are read and the pages written as they come.
+        Reports::ReportFrame::WrittenReport written;
+        if (!Reports::ReportFrame::writeFile(*db, req, parser.value(outOpt), catalogue, &error, &written))
             return fail(error);
-        QTextStream(stdout) << parser.value(outOpt) << ": " << report.pageCount() << " page(s), "
-                            << report.rows.size() << " row(s)\n";
+        QTextStream(stdout) << parser.value(outOpt) << ": " << written.pages << " page(s), " << written.rows
+                            << " row(s)\n";
     } catch (const Reports::DesignError &e) {
         return fail(e.message());
     } catch (const DbError &e) {

@@ -73,6 +73,18 @@ void AccountPick::loadPartyList()
     watchNameKeys();
 }
 
+void AccountPick::reload()
+{
+    const QString name = m_name->currentText();
+    const QString code = m_code->maskText();
+    loadPartyList();
+    m_syncing = true;
+    m_name->setCurrentIndex(name.isEmpty() ? -1 : m_name->findText(name, Qt::MatchFixedString));
+    m_name->setEditText(name);
+    m_code->setMaskText(code);
+    m_syncing = false;
+}
+
 void AccountPick::setAccounts(const QueryResult &rows)
 {
     QStringList names, codes;

@@ -47,6 +47,9 @@ public:
 
     // The parties and customers list (no group heads), text left empty.
     void loadPartyList();
+    // Reloads the parties and customers list (an account made meanwhile
+    // is in it) and keeps the code and name shown as they were.
+    void reload();
     // Any other list: rows with the name in the first column and the code
     // in the second (PartyName, PartyCode).
     void setAccounts(const QueryResult &rows);

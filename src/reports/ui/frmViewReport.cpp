@@ -409,9 +409,18 @@ void frmViewReport::print()
 
 bool frmViewReport::exportTo(const QString &path)
 {
+    // The file is written from a fresh read of the same request, a page at
+    // a time, so that a long report never stands in memory twice.
     QString error;
+    bool ok = false;
     QApplication::setOverrideCursor(Qt::WaitCursor);
-    const bool ok = exportFile(m_report, path, &error);
+    try {
+        ok = ReportFrame::writeFile(session().db(), m_report.request, path, &error);
+    } catch (const DesignError &e) {
+        error = e.message();
+    } catch (const DbError &e) {
+        error = e.driverText();
+    }
     QApplication::restoreOverrideCursor();
     if (!ok) {
         MessageService::critical(this, error);

@@ -38,11 +38,8 @@ void JobPaperScreen::addPaperCommands(QComboBox *partyName, MaskedLineEdit *part
 
 void JobPaperScreen::reloadParties()
 {
-    const QString keep = m_partyName->currentText();
     m_quiet = true;
-    m_pick->loadPartyList();
-    if (!keep.isEmpty())
-        setFieldText(m_partyName, keep);
+    m_pick->reload();
     m_quiet = false;
 }
 

@@ -5,13 +5,14 @@
 #include "foundation/ui/CommandGate.h"
 #include "foundation/ui/KeyFilters.h"
 #include "foundation/ui/MaskedLineEdit.h"
+#include "foundation/ui/ScreenBuild.h"
 #include "foundation/ui/ScreenServices.h"
 #include "reports/ui/frmViewReport.h"
 
 #include <QApplication>
 #include <QButtonGroup>
 #include <QComboBox>
-#include <QGroupBox>
+#include <QFrame>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
@@ -25,25 +26,21 @@ namespace {
 class OptionFrame
 {
 public:
-    explicit OptionFrame(QWidget *screen) : m_box(new QGroupBox(screen)), m_group(new QButtonGroup(screen))
+    explicit OptionFrame(QWidget *screen)
+        : m_frame(ScreenBuild::frame(screen, QStringLiteral("frOptions"), true)), m_layout(new QVBoxLayout(m_frame))
     {
-        m_box->setObjectName(QStringLiteral("frOptions"));
-        m_layout = new QVBoxLayout(m_box);
     }
     QRadioButton *add(const char *name, const char *caption)
     {
-        auto *b = new QRadioButton(QString::fromLatin1(caption), m_box);
-        b->setObjectName(QString::fromLatin1(name));
-        m_group->addButton(b);
+        QRadioButton *b = ScreenBuild::option(m_frame, QString::fromLatin1(name), QString::fromLatin1(caption));
         m_layout->addWidget(b);
         return b;
     }
-    QGroupBox *frame() const { return m_box; }
+    QFrame *frame() const { return m_frame; }
 
 private:
-    QGroupBox *m_box;
-    QButtonGroup *m_group;
-    QVBoxLayout *m_layout = nullptr;
+    QFrame *m_frame;
+    QVBoxLayout *m_layout;
 };
 
 // The party name and code fields with their shared pick.
@@ -186,9 +183,7 @@ void frmClientDetail::onOpened()
 {
     PeriodReportScreen::onOpened();
     // Every time, so that an account made meanwhile is there.
-    const QString code = m_pick->code();
-    runSafely(this, [this] { m_pick->loadPartyList(); });
-    m_pick->setCode(code);
+    m_pick->reload();
 }
 
 std::optional<Reports::ReportRequest> frmClientDetail::request()
@@ -268,9 +263,7 @@ frmPartyPO::frmPartyPO(QWidget *parent)
 void frmPartyPO::onOpened()
 {
     PeriodReportScreen::onOpened();
-    const QString code = m_pick->code();
-    runSafely(this, [this] { m_pick->loadPartyList(); });
-    m_pick->setCode(code);
+    m_pick->reload();
 }
 
 void frmPartyPO::optionChanged()

@@ -73,11 +73,7 @@ EmployeeStockScreen::EmployeeStockScreen(const Layout &layout, QWidget *parent) 
 
 void EmployeeStockScreen::onOpened()
 {
-    runSafely(this, [&] {
-        const QString keep = cmbPartyName->currentText();
-        m_pick->loadPartyList();
-        cmbPartyName->setEditText(keep);
-    });
+    m_pick->reload();
 }
 
 QString EmployeeStockScreen::brandText() const

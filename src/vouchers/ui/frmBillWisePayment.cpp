@@ -153,9 +153,7 @@ void frmBillWisePayment::onOpened()
     if (auto *sub = qobject_cast<QMdiSubWindow *>(parentWidget()))
         sub->installEventFilter(this);
     showCaption();
-    const QString code = m_pick->code();
-    runSafely(this, [this] { m_pick->loadPartyList(); });
-    m_pick->setCode(code);
+    m_pick->reload();
     mskPartyCode->setFocus(Qt::OtherFocusReason);
 }
 

@@ -454,6 +454,24 @@ void TestAccountScreens::accountPick()
     QCOMPARE(grid->model()->rowCount(), 2);
     QVERIFY(!name->completer()->popup()->isVisible());
     QTest::keyClick(grid, Qt::Key_Escape);
+
+    // A reload lists an account made meanwhile and keeps both fields as
+    // they stood, an account's or a half-typed code beside a name.
+    s.db().execute(QStringLiteral("INSERT INTO tblPartyInfo (PartyCode, PartyName) VALUES ('17-10-004', 'DELTA INKS')"));
+    other->setFocus();
+    code->setMaskText(QStringLiteral("17-10-002"));
+    pick.reload();
+    QCOMPARE(name->currentText(), QStringLiteral("BETA PRINT HOUSE"));
+    QCOMPARE(pick.code(), QStringLiteral("17-10-002"));
+    QVERIFY(name->findText(QStringLiteral("DELTA INKS")) >= 0);
+    code->setFocus();
+    code->setMaskText(QStringLiteral("17-10-00"));
+    const QString halfTyped = code->maskText();
+    changed.clear();
+    pick.reload();
+    QCOMPARE(name->currentText(), QStringLiteral("BETA PRINT HOUSE"));
+    QCOMPARE(code->maskText(), halfTyped);
+    QVERIFY(changed.isEmpty()); // nothing moved
 }
 
 void TestAccountScreens::debitCreditScreen()

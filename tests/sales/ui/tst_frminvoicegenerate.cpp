@@ -138,9 +138,18 @@ void TestFrmInvoiceGenerate::printInvoices()
     saveInvoice(db, kPackaging, 1, QStringLiteral("17-10-002"), QStringLiteral("NOVA FOODS"), QStringLiteral("BOX"));
     MessageRecorder &rec = m_t->rec;
 
-    auto *f = m_host->open<frmInvoiceGenerate>(QStringLiteral("mnuViewPrintInvoice"), QStringLiteral("frmInvoiceGenerate"));
+    // Every invoice entry keeps the invoice with its sale tax on offer; only
+    // VIEW INVOICE adds the one with the balance.
+    const QStringList four = {"optBill", "optInvoice", "optInvoiceWithSalesTax", "optSaleTaxInvoice",
+                              "optSaleTaxInvoiceDW"};
+    auto *f = m_host->open<frmInvoiceGenerate>(QStringLiteral("mnuViewInvoice"), QStringLiteral("frmInvoiceGenerate"));
     QVERIFY(f);
-    QCOMPARE(shownOptions(f), QStringList({"optBill", "optInvoice", "optSaleTaxInvoice", "optSaleTaxInvoiceDW"}));
+    QCOMPARE(shownOptions(f), QStringList({"optBill", "optInvoice", "optInvoiceWithBalance", "optInvoiceWithSalesTax",
+                                           "optSaleTaxInvoice", "optSaleTaxInvoiceDW"}));
+    f = m_host->open<frmInvoiceGenerate>(QStringLiteral("mnuViewPrintBill"), QStringLiteral("frmInvoiceGenerate"));
+    QCOMPARE(shownOptions(f), four);
+    f = m_host->open<frmInvoiceGenerate>(QStringLiteral("mnuViewPrintInvoice"), QStringLiteral("frmInvoiceGenerate"));
+    QCOMPARE(shownOptions(f), four);
     QVERIFY(f->optSaleTaxInvoice->isChecked());
     QCOMPARE(f->titleLabel()->text(), QStringLiteral("SALE TAX INVOICE"));
     QCOMPARE(ScreenKit::items(f->cmbStamp), InvoiceDocuments::kStamps);
