@@ -75,12 +75,24 @@ void AccountPick::loadPartyList()
 
 void AccountPick::reload()
 {
+    const bool onAccount = hasAccount();
     const QString name = m_name->currentText();
     const QString code = m_code->maskText();
     loadPartyList();
     m_syncing = true;
-    m_name->setCurrentIndex(name.isEmpty() ? -1 : m_name->findText(name, Qt::MatchFixedString));
-    m_name->setEditText(name);
+    // An account keeps its code and shows its name as it stands now (it
+    // may have been renamed meanwhile); anything else stays as typed.
+    int at = -1;
+    for (int i = 0; onAccount && at < 0 && i < m_name->count(); ++i) {
+        if (m_name->itemData(i).toString().trimmed() == code.trimmed())
+            at = i;
+    }
+    if (at >= 0) {
+        m_name->setCurrentIndex(at);
+    } else {
+        m_name->setCurrentIndex(name.isEmpty() ? -1 : m_name->findText(name, Qt::MatchFixedString));
+        m_name->setEditText(name);
+    }
     m_code->setMaskText(code);
     m_syncing = false;
 }

@@ -464,12 +464,17 @@ void TestAccountScreens::accountPick()
     QCOMPARE(name->currentText(), QStringLiteral("BETA PRINT HOUSE"));
     QCOMPARE(pick.code(), QStringLiteral("17-10-002"));
     QVERIFY(name->findText(QStringLiteral("DELTA INKS")) >= 0);
+    // An account renamed meanwhile shows its new name.
+    s.db().execute(QStringLiteral("UPDATE tblPartyInfo SET PartyName = 'BETA PRESS' WHERE PartyCode = '17-10-002'"));
+    pick.reload();
+    QCOMPARE(name->currentText(), QStringLiteral("BETA PRESS"));
+    QCOMPARE(pick.code(), QStringLiteral("17-10-002"));
     code->setFocus();
     code->setMaskText(QStringLiteral("17-10-00"));
     const QString halfTyped = code->maskText();
     changed.clear();
     pick.reload();
-    QCOMPARE(name->currentText(), QStringLiteral("BETA PRINT HOUSE"));
+    QCOMPARE(name->currentText(), QStringLiteral("BETA PRESS"));
     QCOMPARE(code->maskText(), halfTyped);
     QVERIFY(changed.isEmpty()); // nothing moved
 }
