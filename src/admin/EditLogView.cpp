@@ -3,6 +3,8 @@
 #include "vouchers/PostingChecks.h"
 #include "vouchers/VoucherRules.h"
 
+#include <QDateTime>
+
 namespace EditLogView {
 
 Outcome readFilter(const QDate &from, const QDate &to, const QString &user, const QString &docType,
@@ -94,6 +96,12 @@ EditLog::Filter historyOf(const QString &docType, std::optional<qint64> docNo, c
     f.docNo = docNo;
     f.docTitle = title.trimmed();
     return f;
+}
+
+QString shownTime(const QString &loggedAt)
+{
+    const QDateTime at = QDateTime::fromString(loggedAt, QStringLiteral("yyyy-MM-dd HH:mm:ss"));
+    return at.isValid() ? at.toString(QStringLiteral("dd/MM/yyyy HH:mm:ss")) : loggedAt;
 }
 
 } // namespace EditLogView

@@ -55,4 +55,7 @@ Target targetOf(const EditLog::Entry &entry);
 // title when it has one; a document without a number: its type alone).
 EditLog::Filter historyOf(const QString &docType, std::optional<qint64> docNo, const QString &title = QString());
 
+// The moment of a log row as the screens show it: dd/mm/yyyy hh:mm:ss.
+QString shownTime(const QString &loggedAt);
+
 } // namespace EditLogView

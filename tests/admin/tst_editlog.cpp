@@ -4,6 +4,7 @@
 // through its triggers, the bulk pause, and that no password is copied.
 #include "admin/ClosingDate.h"
 #include "admin/EditLog.h"
+#include "admin/EditLogView.h"
 #include "admin/UserAccounts.h"
 #include "foundation/EditLogSchema.h"
 #include "foundation/Logon.h"
@@ -54,6 +55,8 @@ class TestEditLog : public QObject
     Q_OBJECT
 
 private slots:
+    void shownTime_data();
+    void shownTime();
     void voucherSaveModifyDelete_data() { TestDb::addBackends(); }
     void voucherSaveModifyDelete();
     void rolledBackSaveLeavesNoRow_data() { TestDb::addBackends(); }
@@ -322,6 +325,22 @@ void TestEditLog::passwordsAndStampsStayOut()
                    {QLatin1Char('%') + firstHash + QLatin1Char('%'), QLatin1Char('%') + firstHash + QLatin1Char('%'),
                     QLatin1Char('%') + secondHash + QLatin1Char('%'), QLatin1Char('%') + secondHash + QLatin1Char('%')}),
              0);
+}
+
+void TestEditLog::shownTime_data()
+{
+    QTest::addColumn<QString>("stored");
+    QTest::addColumn<QString>("shown");
+    QTest::newRow("a moment") << "2026-11-23 15:31:25" << "23/11/2026 15:31:25";
+    QTest::newRow("new year's eve") << "2025-12-31 23:59:59" << "31/12/2025 23:59:59";
+    QTest::newRow("not a moment stays as stored") << "whenever" << "whenever";
+}
+
+void TestEditLog::shownTime()
+{
+    QFETCH(QString, stored);
+    QFETCH(QString, shown);
+    QCOMPARE(EditLogView::shownTime(stored), shown);
 }
 
 QTEST_GUILESS_MAIN(TestEditLog)

@@ -203,7 +203,7 @@ bool frmEditLog::refresh()
     m_model->removeRows(0, m_model->rowCount());
     for (const EditLog::Entry &e : m_entries) {
         QList<QStandardItem *> row;
-        const QStringList texts = {QString::number(e.logNo), e.loggedAt, e.userName, e.workstation, e.change, e.what,
+        const QStringList texts = {QString::number(e.logNo), EditLogView::shownTime(e.loggedAt), e.userName, e.workstation, e.change, e.what,
                                    e.docType, e.docNo ? QString::number(*e.docNo) : QString(), dateText(e.docDate),
                                    e.docTitle, e.rowKey, e.before, e.after};
         for (const QString &t : texts)
