@@ -95,6 +95,14 @@ bool writePdf(const RenderedReport &report, const QString &path, QString *error)
             return false;
         }
     }
+    switch (detail::writePdfFile(report, path, error)) {
+    case detail::PdfOutcome::Written:
+        return true;
+    case detail::PdfOutcome::Failed:
+        return false;
+    case detail::PdfOutcome::NeedsPainter:
+        break;
+    }
     QPdfWriter pdf(path);
     detail::setUpPdfWriter(pdf, report);
     return paintReport(report, pdf, error);

@@ -115,6 +115,11 @@ struct ReportLine
 };
 
 struct LayoutData;
+class RenderedReport;
+namespace detail {
+enum class PdfOutcome;
+PdfOutcome writePdfFile(const RenderedReport &report, const QString &path, QString *error);
+}
 
 class RenderedReport
 {
@@ -161,6 +166,7 @@ public:
     void layout();
 
 private:
+    friend detail::PdfOutcome detail::writePdfFile(const RenderedReport &, const QString &, QString *);
     const LayoutData &pages() const;
     void paintChartPage(QPainter &painter, const QRectF &target) const;
     mutable std::unique_ptr<LayoutData> m_layout;

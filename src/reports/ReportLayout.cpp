@@ -8,6 +8,7 @@
 // only its lines, never its pages' items.
 #include "reports/ReportFrame.h"
 #include "reports/ReportStream.h"
+#include "reports/PdfFile.h"
 
 #include <QFontMetricsF>
 #include <QHash>
@@ -336,6 +337,21 @@ private:
 
     qreal advance(const QString &text, int font)
     {
+        // Latin texts from the font's advances, as they are drawn; others
+        // shaped by the font's metrics.
+        const LayoutData::Face &f = m_L.face(font);
+        qreal sum = 0;
+        bool latin = true;
+        for (const QChar ch : text) {
+            const ushort c = ch.unicode();
+            if (c >= 256 || f.glyph[c] == 0) {
+                latin = false;
+                break;
+            }
+            sum += f.advance[c];
+        }
+        if (latin)
+            return sum;
         QHash<QString, qreal> &cache = m_widths[font];
         auto it = cache.constFind(text);
         if (it != cache.constEnd())
@@ -401,22 +417,21 @@ private:
     {
         if (text.isEmpty() || advance(text, font) <= width)
             return {text};
-        const QFontMetricsF &fm = m_metrics.at(font);
         QStringList out;
         QString line;
         const QStringList words = text.split(QLatin1Char(' '), Qt::SkipEmptyParts);
         for (QString word : words) {
             QString tryLine = line.isEmpty() ? word : line + QLatin1Char(' ') + word;
-            if (fm.horizontalAdvance(tryLine) <= width) {
+            if (advance(tryLine, font) <= width) {
                 line = tryLine;
                 continue;
             }
             if (!line.isEmpty())
                 out << line;
             // A word longer than the cell is cut where it must be.
-            while (fm.horizontalAdvance(word) > width && word.size() > 1) {
+            while (advance(word, font) > width && word.size() > 1) {
                 int k = word.size() - 1;
-                while (k > 1 && fm.horizontalAdvance(word.left(k)) > width)
+                while (k > 1 && advance(word.left(k), font) > width)
                     --k;
                 out << word.left(k);
                 word = word.mid(k);
@@ -892,7 +907,131 @@ void paintLaidOutPage(QPainter &p, const LayoutData &L, const Page &items, int p
     p.restore();
 }
 
+// The same page written straight into a PDF file: every text set as one
+// string. False, with nothing written, when a text of the page needs the
+// painter (a character outside Latin-1).
+class PdfSheets
+{
+public:
+    PdfSheets(detail::PdfFile &pdf, const LayoutData &L, const QImage &logo, bool twoUp)
+        : m_pdf(pdf), m_L(L), m_logo(logo), m_twoUp(twoUp)
+    {
+        for (int i = 0; i < L.fonts.size(); ++i) {
+            m_fonts << pdf.font(L.face(i).raw);
+            m_sizes << L.fonts.at(i).pixelSize() / kUnitsPerPoint;
+        }
+        const QSizeF page = L.size / kUnitsPerPoint;
+        m_sheet = twoUp ? QSizeF(page.width(), page.height() * 2) : page;
+    }
+
+    bool add(const Page &items, int page, int pageCount)
+    {
+        const QString footer = QStringLiteral("Page %1 of %2").arg(page + 1).arg(pageCount);
+        if (!settable(m_L.header) || !settable(items.items)
+            || (m_L.footer && (!m_pdf.canSet(m_fonts.at(Small), m_L.footerLeft) || !m_pdf.canSet(m_fonts.at(Small), footer))))
+            return false;
+        qreal top = 0;
+        if (m_twoUp && m_open) {
+            top = m_sheet.height() / 2;
+            m_pdf.line(QPointF(0, top), QPointF(m_sheet.width(), top), 0.1, QColor(150, 150, 150), true);
+        } else {
+            m_pdf.beginPage(m_sheet);
+            m_open = true;
+        }
+        for (const PageItem &it : m_L.header)
+            item(it, top);
+        for (const PageItem &it : items.items)
+            item(it, top);
+        if (m_L.footer) {
+            const qreal left = kMarginX, right = m_L.size.width() - kMarginX;
+            const QFontMetricsF &fm = m_smallMetrics;
+            const qreal y = m_L.footerTop + 40 + (fm.height() - (fm.ascent() + fm.descent())) / 2 + fm.ascent();
+            m_pdf.line(pt(QPointF(left, m_L.footerTop), top), pt(QPointF(right, m_L.footerTop), top), 0.4, Qt::black);
+            m_pdf.text(m_fonts.at(Small), m_sizes.at(Small), pt(QPointF(left, y), top), m_L.footerLeft, QColor(70, 70, 70));
+            m_pdf.text(m_fonts.at(Small), m_sizes.at(Small), pt(QPointF(right - fm.horizontalAdvance(footer), y), top),
+                       footer, Qt::black);
+        }
+        if (!m_twoUp || top > 0)
+            close();
+        return true;
+    }
+
+    void close()
+    {
+        if (m_open)
+            m_pdf.endPage();
+        m_open = false;
+    }
+
+private:
+    static QPointF pt(const QPointF &units, qreal top) { return units / kUnitsPerPoint + QPointF(0, top); }
+
+    bool settable(const QVector<PageItem> &items) const
+    {
+        for (const PageItem &it : items)
+            if (it.kind == PageItem::Kind::Text && !m_pdf.canSet(m_fonts.at(it.font), it.text))
+                return false;
+        return true;
+    }
+
+    void item(const PageItem &it, qreal top)
+    {
+        switch (it.kind) {
+        case PageItem::Kind::Text:
+            m_pdf.text(m_fonts.at(it.font), m_sizes.at(it.font), pt(it.baseline, top), it.text,
+                       it.grey ? QColor(90, 90, 90) : QColor(Qt::black));
+            break;
+        case PageItem::Kind::Line:
+        case PageItem::Kind::DoubleLine: {
+            const QPointF a(it.rect.left(), it.rect.top()), b(it.rect.right(), it.rect.top());
+            m_pdf.line(pt(a, top), pt(b, top), 0.6, Qt::black);
+            if (it.kind == PageItem::Kind::DoubleLine)
+                m_pdf.line(pt(a + QPointF(0, 20), top), pt(b + QPointF(0, 20), top), 0.6, Qt::black);
+            break;
+        }
+        case PageItem::Kind::Image:
+            m_pdf.image(QRectF(pt(it.rect.topLeft(), top), it.rect.size() / kUnitsPerPoint), m_logo);
+            break;
+        case PageItem::Kind::Rule:
+            m_pdf.line(pt(it.rect.topLeft(), top), pt(it.rect.bottomRight(), top), 0.6, Qt::black);
+            break;
+        }
+    }
+
+    detail::PdfFile &m_pdf;
+    const LayoutData &m_L;
+    const QFontMetricsF m_smallMetrics{m_L.fonts.at(Small)};
+    const QImage &m_logo;
+    bool m_twoUp;
+    bool m_open = false;
+    QSizeF m_sheet;
+    QVector<int> m_fonts;
+    QVector<qreal> m_sizes;
+};
+
 } // namespace
+
+detail::PdfOutcome detail::writePdfFile(const RenderedReport &r, const QString &path, QString *error)
+{
+    if (r.hasChartPage())
+        return PdfOutcome::NeedsPainter;
+    const LayoutData &L = r.pages();
+    PdfFile pdf;
+    if (!pdf.open(path, r.heading, creditCompanyName(), error))
+        return PdfOutcome::Failed;
+    // A half-page document goes two to an A4 sheet, as the printer has it.
+    PdfSheets sheets(pdf, L, r.logo, r.design.halfPage);
+    const int count = r.pageCount();
+    for (int page = 0; page < count; ++page)
+        if (!sheets.add(L.page(r, page), page, count))
+            return PdfOutcome::NeedsPainter;
+    if (count == 0) {
+        pdf.beginPage(L.size / kUnitsPerPoint);
+        pdf.endPage();
+    }
+    sheets.close();
+    return pdf.finish(error) ? PdfOutcome::Written : PdfOutcome::Failed;
+}
 
 void RenderedReport::paintPage(QPainter &p, int page, const QRectF &target) const
 {
@@ -1070,6 +1209,31 @@ int writeSpooledPdf(const RenderedReport &shell, const ColumnNeeds &needs, LineS
         return failed(QStringLiteral("The report's work file cannot be read."));
     b.endRun(lines);
     const int count = L.pageStarts.size();
+
+    // Set as strings where every text allows it; the painter otherwise.
+    {
+        PdfFile out;
+        if (!out.open(path, shell.heading, creditCompanyName(), error))
+            return -1;
+        if (!spool.rewind())
+            return failed(QStringLiteral("The report's work file cannot be read."));
+        PdfSheets sheets(out, L, shell.logo, false);
+        bool set = true;
+        int at = 0;
+        for (int page = 0; page < count && set; ++page) {
+            const int end = page + 1 < count ? L.pageStarts.at(page + 1) : lines;
+            Page items = b.beginPage();
+            for (; at < end && spool.next(line); ++at)
+                b.placeLine(items, line, at);
+            if (page == count - 1)
+                b.endLastPage(items);
+            set = sheets.add(items, page, count);
+        }
+        if (set) {
+            sheets.close();
+            return out.finish(error) ? count : -1;
+        }
+    }
 
     QPdfWriter pdf(path);
     setUpPdfWriter(pdf, shell);

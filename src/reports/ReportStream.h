@@ -47,6 +47,13 @@ private:
 // The page settings of a report's PDF.
 void setUpPdfWriter(QPdfWriter &pdf, const RenderedReport &report);
 
+// Writes the pages of `report` into a PDF file of our own making, each
+// text set as one string (PdfFile). A report with a chart page or a text
+// outside Latin-1 is left to the painter: NeedsPainter, and the file is to
+// be written again by QPdfWriter.
+enum class PdfOutcome { Written, NeedsPainter, Failed };
+PdfOutcome writePdfFile(const RenderedReport &report, const QString &path, QString *error);
+
 // Lays out and paints the spooled lines of `shell` (a report whose rows
 // hold at most its first row and whose lines are in `spool`) into a PDF,
 // one page at a time. Returns the number of pages, or -1 with `error`.

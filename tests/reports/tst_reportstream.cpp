@@ -7,6 +7,9 @@
 #include "reports/LedgerStatements.h"
 #include "reports/PositionReports.h"
 
+#include "reports/ReportStream.h"
+
+#include <QPdfWriter>
 #include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QtTest>
@@ -156,6 +159,60 @@ private slots:
         }
         // The cash ledger runs to many pages, or the test proves little.
         QVERIFY(ReportFrame::render(*db, requests.first().second, kShipped).pageCount() >= 10);
+    }
+
+    // Every text reads back from the PDF as it was posted, and the page
+    // reads as the painter's PDF of the same report: texts with brackets
+    // and backslashes, Latin letters with accents, and (left to the
+    // painter) characters outside Latin-1.
+    void textsAsWritten_data()
+    {
+        QTest::addColumn<QString>("narration");
+        QTest::addColumn<bool>("painter");
+        QTest::newRow("plain") << QStringLiteral("RECEIVED AGAINST BILL 12") << false;
+        QTest::newRow("brackets") << QStringLiteral("PAID (50%) \\ )(") << false;
+        QTest::newRow("accents") << QStringLiteral("CAFÉ ÑANDÚ £5 ½ ÀÖØ ÿ") << false;
+        QTest::newRow("euro") << QStringLiteral("PAID 5 € TO ŁÓDŹ") << true;
+        QTest::newRow("cyrillic") << QStringLiteral("RECEIVED ПЕЧАТЬ 7") << true;
+    }
+    void textsAsWritten()
+    {
+        QFETCH(QString, narration);
+        QFETCH(bool, painter);
+        TestDb::Year year(QStringLiteral("sqlite"));
+        auto db = year.connect();
+        seedLongYear(*db);
+        {
+            Transaction tx(*db);
+            const VoucherKey key{QStringLiteral("CR"), 9001, QDate(2026, 4, 2)};
+            const Money amount = Money::fromCents(123456);
+            LedgerWriter(*db, QStringLiteral("TEST"), QDate(2026, 3, 1))
+                .insertMany({LedgerRow::debit(key, QStringLiteral("19-10-001"), QStringLiteral("CASH IN HAND"), amount, narration),
+                             LedgerRow::credit(key, QStringLiteral("17-10-001"), QStringLiteral("ALPHA TRADERS"), amount, narration)});
+            tx.commit();
+        }
+        const auto req = LedgerStatements::ledger(LedgerStatements::LedgerKind::Ledger, QStringLiteral("19-10-001"),
+                                                  QStringLiteral("CASH IN HAND"),
+                                                  LedgerStatements::Period::of(QDate(2026, 1, 1), QDate(2026, 12, 31)));
+        QTemporaryDir dir;
+        const QString streamed = dir.filePath(QStringLiteral("streamed.pdf"));
+        const QString painted = dir.filePath(QStringLiteral("painted.pdf"));
+        QString error;
+        QVERIFY2(ReportFrame::writeFile(*db, req, streamed, kShipped, &error), qPrintable(error));
+        const RenderedReport r = ReportFrame::render(*db, req, kShipped);
+        {
+            QPdfWriter pdf(painted);
+            detail::setUpPdfWriter(pdf, r);
+            QVERIFY2(paintReport(r, pdf, &error), qPrintable(error));
+        }
+        const QString text = readable(streamed);
+        QVERIFY2(text.contains(narration), qPrintable(text.mid(text.indexOf(QLatin1String("9001")), 300)));
+        QCOMPARE(lineWith(text, QStringLiteral("9001")), lineWith(readable(painted), QStringLiteral("9001")));
+        QCOMPARE(text, readable(painted));
+        // Texts are set as strings in the report's own fonts, unless a
+        // character needs the painter.
+        const QString fonts = runTool(QStringLiteral("pdffonts"), {streamed});
+        QCOMPARE(fonts.contains(QLatin1String("WinAnsi")), !painter);
     }
 
     // A file that cannot be written is refused with its reason, before any
