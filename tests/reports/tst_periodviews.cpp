@@ -110,6 +110,8 @@ private slots:
             row("whole year", QDate(2026, 1, 1), QDate(2026, 12, 31));
             row("a quarter", QDate(2026, 4, 1), QDate(2026, 6, 30));
             row("one day", QDate(2026, 3, 3), QDate(2026, 3, 3));
+            row("inside a month", QDate(2026, 3, 2), QDate(2026, 3, 20));
+            row("two months cut", QDate(2026, 2, 10), QDate(2026, 5, 20));
             row("from long before", QDate(1900, 1, 1), QDate(2026, 1, 25));
             row("ends before it starts", QDate(2026, 3, 1), QDate(2026, 2, 1));
             row("before every posting", QDate(2025, 1, 1), QDate(2025, 12, 31));

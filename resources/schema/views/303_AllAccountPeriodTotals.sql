@@ -11,7 +11,9 @@
 --   fs  the first day of the first whole month of the period;
 --   fe  the first day after the last whole month of the period; months
 --       from fs up to fe are whole, the period's other days come from the
---       rows.
+--       rows, read as two ranges of the date index: from the start up to
+--       fs, and from fb (the later of fs and fe) to the end, so that a
+--       period inside one month reads its days once.
 -- A period with no start runs from the first posting. Rows without a date
 -- are in no period, as in AccountPeriodTotals. An account is listed when
 -- it has a posting up to the period's end.
@@ -27,7 +29,7 @@ WITH q AS (
                 ELSE date(e, 'start of month') END AS fe
     FROM q
 ), m AS (
-    SELECT s, e, o, fs, fe, date(o, 'start of month') AS oStart,
+    SELECT s, e, o, fs, fe, MAX(fs, fe) AS fb, date(o, 'start of month') AS oStart,
            CAST(strftime('%Y%m', o) AS INTEGER) AS oYM,
            CAST(strftime('%Y%m', fs) AS INTEGER) AS fsYM,
            CAST(strftime('%Y%m', fe) AS INTEGER) AS feYM
@@ -58,7 +60,12 @@ FROM (
     SELECT RTRIM(r.PartyCode), 0, CAST(ROUND(r.PartyDR * 100) AS BIGINT), CAST(ROUND(r.PartyCR * 100) AS BIGINT),
            CAST(ROUND(r.PartyBalance * 100) AS BIGINT), 1, 1
     FROM tblPartyBalance r INDEXED BY ixPartyBalanceDateAmounts, m
-    WHERE r.VDate >= m.s AND r.VDate <= m.e AND (r.VDate < m.fs OR r.VDate >= m.fe)
+    WHERE r.VDate >= m.s AND r.VDate < m.fs AND r.VDate <= m.e
+    UNION ALL
+    SELECT RTRIM(r.PartyCode), 0, CAST(ROUND(r.PartyDR * 100) AS BIGINT), CAST(ROUND(r.PartyCR * 100) AS BIGINT),
+           CAST(ROUND(r.PartyBalance * 100) AS BIGINT), 1, 1
+    FROM tblPartyBalance r INDEXED BY ixPartyBalanceDateAmounts, m
+    WHERE r.VDate >= m.fb AND r.VDate >= m.s AND r.VDate <= m.e
 ) t
 GROUP BY t.PartyCode
 HAVING SUM(t.AllRows) > 0
@@ -75,7 +82,7 @@ WITH q AS (
                 ELSE CAST(date_trunc('month', e) AS DATE) END AS fe
     FROM q
 ), m AS (
-    SELECT s, e, o, fs, fe, CAST(date_trunc('month', o) AS DATE) AS oStart,
+    SELECT s, e, o, fs, fe, GREATEST(fs, fe) AS fb, CAST(date_trunc('month', o) AS DATE) AS oStart,
            CAST(EXTRACT(YEAR FROM o) * 100 + EXTRACT(MONTH FROM o) AS BIGINT) AS oYM,
            CAST(EXTRACT(YEAR FROM fs) * 100 + EXTRACT(MONTH FROM fs) AS BIGINT) AS fsYM,
            CAST(EXTRACT(YEAR FROM fe) * 100 + EXTRACT(MONTH FROM fe) AS BIGINT) AS feYM
@@ -106,7 +113,11 @@ FROM (
     UNION ALL
     SELECT RTRIM(r.PartyCode), 0, r.PartyDR * 100, r.PartyCR * 100, r.PartyBalance * 100, 1, 1
     FROM tblPartyBalance r, m
-    WHERE r.VDate >= m.s AND r.VDate <= m.e AND (r.VDate < m.fs OR r.VDate >= m.fe)
+    WHERE r.VDate >= m.s AND r.VDate < m.fs AND r.VDate <= m.e
+    UNION ALL
+    SELECT RTRIM(r.PartyCode), 0, r.PartyDR * 100, r.PartyCR * 100, r.PartyBalance * 100, 1, 1
+    FROM tblPartyBalance r, m
+    WHERE r.VDate >= m.fb AND r.VDate >= m.s AND r.VDate <= m.e
 ) t
 GROUP BY t.PartyCode
 HAVING SUM(t.AllRows) > 0
