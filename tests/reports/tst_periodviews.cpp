@@ -196,8 +196,18 @@ private slots:
         }
         QCOMPARE(moved, int(std::count_if(want.cbegin(), want.cend(), [](const Figures &f) { return f.periodRows > 0; })));
 
-        for (const Row &r : db->select(QStringLiteral("SELECT PartyCode, PartyBalance FROM TrialBalanceUptoDate")))
-            QCOMPARE(amount(r, "PartyBalance"), want[r.text(0).trimmed()].closing);
+        // The balance at the end: every account with a posting up to it,
+        // with the date of its last posting.
+        QStringList listed;
+        for (const Row &r : db->select(QStringLiteral("SELECT PartyCode, PartyBalance, VDate FROM TrialBalanceUptoDate"))) {
+            const QString code = r.text(0).trimmed();
+            listed << code;
+            QVERIFY2(want.contains(code), qPrintable(code));
+            QCOMPARE(amount(r, "PartyBalance"), want[code].closing);
+            QCOMPARE(r.date(QStringLiteral("VDate")), want[code].last);
+        }
+        listed.sort();
+        QCOMPARE(listed, want.keys());
     }
 
     // An ageing with no start to the period takes every posting up to its
