@@ -1210,6 +1210,18 @@ int writeSpooledPdf(const RenderedReport &shell, const ColumnNeeds &needs, LineS
     b.endRun(lines);
     const int count = L.pageStarts.size();
 
+    // The spooled lines laid out page after page, from the first.
+    int at = 0;
+    auto nextPage = [&](int page) {
+        const int end = page + 1 < count ? L.pageStarts.at(page + 1) : lines;
+        Page items = b.beginPage();
+        for (; at < end && spool.next(line); ++at)
+            b.placeLine(items, line, at);
+        if (page == count - 1)
+            b.endLastPage(items);
+        return items;
+    };
+
     // Set as strings where every text allows it; the painter otherwise.
     {
         PdfFile out;
@@ -1219,16 +1231,8 @@ int writeSpooledPdf(const RenderedReport &shell, const ColumnNeeds &needs, LineS
             return failed(QStringLiteral("The report's work file cannot be read."));
         PdfSheets sheets(out, L, shell.logo, false);
         bool set = true;
-        int at = 0;
-        for (int page = 0; page < count && set; ++page) {
-            const int end = page + 1 < count ? L.pageStarts.at(page + 1) : lines;
-            Page items = b.beginPage();
-            for (; at < end && spool.next(line); ++at)
-                b.placeLine(items, line, at);
-            if (page == count - 1)
-                b.endLastPage(items);
-            set = sheets.add(items, page, count);
-        }
+        for (int page = 0; page < count && set; ++page)
+            set = sheets.add(nextPage(page), page, count);
         if (set) {
             sheets.close();
             return out.finish(error) ? count : -1;
@@ -1242,19 +1246,13 @@ int writeSpooledPdf(const RenderedReport &shell, const ColumnNeeds &needs, LineS
         return failed(QStringLiteral("The output cannot be opened for drawing."));
     if (!spool.rewind())
         return failed(QStringLiteral("The report's work file cannot be read."));
-    int at = 0;
+    at = 0;
     for (int page = 0; page < count; ++page) {
         if (page > 0)
             pdf.newPage();
-        const int end = page + 1 < count ? L.pageStarts.at(page + 1) : lines;
-        Page items = b.beginPage();
-        for (; at < end && spool.next(line); ++at)
-            b.placeLine(items, line, at);
-        if (page == count - 1)
-            b.endLastPage(items);
         const QRectF sheet(0, 0, pdf.width(), pdf.height());
         p.fillRect(sheet, Qt::white);
-        paintLaidOutPage(p, L, items, page, count, shell.logo, sheet);
+        paintLaidOutPage(p, L, nextPage(page), page, count, shell.logo, sheet);
     }
     if (!p.end())
         return failed(QStringLiteral("%1 cannot be written.").arg(path));

@@ -166,6 +166,11 @@ void explain(SessionConnection &db, const QString &sql, const QVariantList &para
     const QString prefix = db.isPostgres() ? QStringLiteral("EXPLAIN ") : QStringLiteral("EXPLAIN QUERY PLAN ");
     // The steps over the period row and the company row are left out: the
     // plan that matters is how the ledger is read.
+    if (db.isPostgres() && !params.isEmpty()) {
+        // A server does not explain a statement with parameters.
+        out() << "      (a statement with parameters: no plan from a server)\n";
+        return;
+    }
     static const QRegularExpression noise(QStringLiteral("LedgerPeriod|tblTLClientInfo|CONSTANT ROW|SCALAR SUBQUERY|InitPlan|Result  \\(|tbltlclientinfo|Limit  \\("));
     for (const Row &r : db.select(prefix + sql, params)) {
         const QString line = db.isPostgres() ? r.text(0) : r.text(3);
