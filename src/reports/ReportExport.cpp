@@ -243,25 +243,49 @@ QByteArray csvText(const RenderedReport &r)
 }
 
 
+bool detail::CsvStream::open(const QString &path, QString *error)
+{
+    m_file.setFileName(path);
+    m_ok = m_file.open(QIODevice::WriteOnly);
+    if (!m_ok && error)
+        *error = QStringLiteral("%1: %2").arg(QDir::toNativeSeparators(path), m_file.errorString());
+    return m_ok;
+}
+
+void detail::CsvStream::begin(const ReportDesign &design)
+{
+    m_chunk = csvCaptions(design).toUtf8() + "\r\n";
+}
+
+void detail::CsvStream::add(const RenderedReport &report, const ReportLine &line)
+{
+    if (!m_ok)
+        return;
+    m_chunk += csvLine(report, sheetLine(report, line)).toUtf8() + "\r\n";
+    if (m_chunk.size() > (1 << 16)) {
+        m_ok = m_file.write(m_chunk) == m_chunk.size();
+        m_chunk.clear();
+    }
+}
+
+bool detail::CsvStream::finish(QString *error)
+{
+    m_ok = m_ok && m_file.write(m_chunk) == m_chunk.size() && m_file.commit();
+    if (!m_ok && error)
+        *error = QStringLiteral("%1: %2").arg(QDir::toNativeSeparators(m_file.fileName()), m_file.errorString());
+    return m_ok;
+}
+
 bool exportCsv(const RenderedReport &report, const QString &path, QString *error)
 {
     // Line by line: a long ledger never stands in memory a second time.
-    QSaveFile f(path);
-    bool ok = f.open(QIODevice::WriteOnly);
-    QByteArray chunk = csvCaptions(report.design).toUtf8() + "\r\n";
-    for (const ReportLine &l : report.lines) {
-        if (!ok)
-            break;
-        chunk += csvLine(report, sheetLine(report, l)).toUtf8() + "\r\n";
-        if (chunk.size() > (1 << 16)) {
-            ok = f.write(chunk) == chunk.size();
-            chunk.clear();
-        }
-    }
-    ok = ok && f.write(chunk) == chunk.size() && f.commit();
-    if (!ok && error)
-        *error = QStringLiteral("%1: %2").arg(QDir::toNativeSeparators(path), f.errorString());
-    return ok;
+    detail::CsvStream csv;
+    if (!csv.open(path, error))
+        return false;
+    csv.begin(report.design);
+    for (const ReportLine &l : report.lines)
+        csv.add(report, l);
+    return csv.finish(error);
 }
 
 // ------------------------------------------------------------ XLSX

@@ -717,25 +717,14 @@ void endReport(RenderedReport &r, const ReportLine *lastLine)
     }
 }
 
-// A PDF read, laid out and painted a page at a time (see writeFile()).
-bool streamPdf(SessionConnection &db, const ReportRequest &request, const DesignCatalogue &catalogue,
-               const QString &path, QString *error, ReportFrame::WrittenReport *written)
+// The report's rows read forward and made into lines, each handed to
+// `take` as it is made; `shell` gets the design, the header texts and the
+// first row. Returns the number of rows read.
+qint64 streamLines(SessionConnection &db, const ReportRequest &request, const DesignCatalogue &catalogue,
+                   RenderedReport &shell, const std::function<void(const ReportLine &)> &take)
 {
-    {
-        QFile probe(path);
-        if (!probe.open(QIODevice::WriteOnly)) {
-            if (error)
-                *error = QStringLiteral("%1: %2").arg(QDir::toNativeSeparators(path), probe.errorString());
-            return false;
-        }
-    }
-    RenderedReport shell;
     std::optional<PeriodScope> period;
     const Statement st = beginReport(db, request, catalogue, shell, period);
-    detail::LineSpool spool;
-    if (!spool.open(error))
-        return false;
-    detail::ColumnNeeds needs;
     std::optional<LineMaker> maker;
     ReportLine last;
     bool any = false;
@@ -750,8 +739,7 @@ bool streamPdf(SessionConnection &db, const ReportRequest &request, const Design
         [&](const QStringList &columns) {
             shell.rows.columns = columns;
             maker.emplace(shell.design, columns, [&](ReportLine &&l) {
-                needs.note(shell.design, l);
-                spool.append(l);
+                take(l);
                 last = std::move(l);
                 any = true;
             });
@@ -760,12 +748,61 @@ bool streamPdf(SessionConnection &db, const ReportRequest &request, const Design
     if (maker)
         maker->finish();
     endReport(shell, any ? &last : nullptr);
+    return rows;
+}
+
+// A PDF read, laid out and painted a page at a time (see writeFile()).
+bool streamPdf(SessionConnection &db, const ReportRequest &request, const DesignCatalogue &catalogue,
+               const QString &path, QString *error, ReportFrame::WrittenReport *written)
+{
+    {
+        QFile probe(path);
+        if (!probe.open(QIODevice::WriteOnly)) {
+            if (error)
+                *error = QStringLiteral("%1: %2").arg(QDir::toNativeSeparators(path), probe.errorString());
+            return false;
+        }
+    }
+    detail::LineSpool spool;
+    if (!spool.open(error))
+        return false;
+    detail::ColumnNeeds needs;
+    RenderedReport shell;
+    const qint64 rows = streamLines(db, request, catalogue, shell, [&](const ReportLine &l) {
+        needs.note(shell.design, l);
+        spool.append(l);
+    });
     const int pages = detail::writeSpooledPdf(shell, needs, spool, path, error);
     if (written) {
         written->rows = rows;
         written->pages = qMax(0, pages);
     }
     return pages >= 0;
+}
+
+// A CSV written line by line as the rows are read; the file takes the
+// place of one already there only when whole.
+bool streamCsv(SessionConnection &db, const ReportRequest &request, const DesignCatalogue &catalogue,
+               const QString &path, QString *error, ReportFrame::WrittenReport *written)
+{
+    detail::CsvStream csv;
+    if (!csv.open(path, error))
+        return false;
+    RenderedReport shell;
+    bool begun = false;
+    const qint64 rows = streamLines(db, request, catalogue, shell, [&](const ReportLine &l) {
+        if (!begun)
+            csv.begin(shell.design);
+        begun = true;
+        csv.add(shell, l);
+    });
+    if (!begun)
+        csv.begin(shell.design);
+    if (written) {
+        written->rows = rows;
+        written->pages = 0;
+    }
+    return csv.finish(error);
 }
 
 } // namespace
@@ -799,10 +836,12 @@ bool ReportFrame::writeFile(SessionConnection &db, const ReportRequest &request,
         return false;
     }
     const bool pdf = suffix == QLatin1String("pdf");
+    if (suffix == QLatin1String("csv"))
+        return streamCsv(db, request, catalogue, path, error, written);
     const ReportDesign design = catalogue.load(request.design);
     if (!pdf || design.chart || design.halfPage) {
-        // A workbook, a CSV, a chart or a half-page document: the whole
-        // report first (these are short, or never laid out).
+        // A workbook, a chart or a half-page document: the whole report
+        // first (these are short, or never laid out).
         const RenderedReport r = render(db, request, catalogue);
         if (written) {
             written->rows = r.rows.size();

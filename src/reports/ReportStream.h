@@ -2,12 +2,14 @@
 
 // The report frame's own pieces for writing a long report without holding
 // it: the lines go to a spool file as the rows are read, and the pages are
-// laid out and painted from there one at a time. Used by
-// ReportFrame::writeFile; nothing outside the frame needs them.
+// laid out and painted from there one at a time; a CSV file takes the lines
+// as they come. Used by ReportFrame::writeFile; nothing outside the frame
+// needs them.
 #include "reports/ReportFrame.h"
 
 #include <QDataStream>
 #include <QHash>
+#include <QSaveFile>
 #include <QTemporaryFile>
 #include <QVector>
 
@@ -42,6 +44,24 @@ private:
     QDataStream m_stream;
     qint64 m_count = 0;
     qint64 m_read = 0;
+};
+
+// A CSV file written a line at a time, as the lines are made: the file
+// takes its place only when finish() has written it whole.
+class CsvStream
+{
+public:
+    bool open(const QString &path, QString *error);
+    // The column captions, before the first line.
+    void begin(const ReportDesign &design);
+    // `report` gives the design the line is of.
+    void add(const RenderedReport &report, const ReportLine &line);
+    bool finish(QString *error);
+
+private:
+    QSaveFile m_file;
+    QByteArray m_chunk;
+    bool m_ok = false;
 };
 
 // The page settings of a report's PDF.

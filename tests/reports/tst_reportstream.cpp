@@ -1,6 +1,6 @@
 // Long reports written without holding them: the connection's forward
-// read, and a PDF written from rows read a few at a time that says on
-// every page what the PDF of the whole report says.
+// read, and a PDF (and a CSV) written from rows read a few at a time that
+// says on every page what the file of the whole report says.
 #include "support/TestDb.h"
 #include "LedgerFixture.h"
 #include "ReportReadBack.h"
@@ -156,6 +156,14 @@ private slots:
             const QString expected = readable(whole);
             QCOMPARE(pagesOf(expected), r.pageCount());
             QVERIFY2(readable(streamed) == expected, qPrintable(name));
+            // A CSV written as the rows come holds what the whole report's
+            // CSV holds, byte for byte.
+            const QString csv = dir.filePath(name + QStringLiteral(".csv"));
+            QVERIFY2(ReportFrame::writeFile(*db, req, csv, kShipped, &error, &written), qPrintable(error));
+            QCOMPARE(written.rows, qint64(r.rows.size()));
+            QFile csvFile(csv);
+            QVERIFY(csvFile.open(QIODevice::ReadOnly));
+            QCOMPARE(csvFile.readAll(), csvText(r));
         }
         // The cash ledger runs to many pages, or the test proves little.
         QVERIFY(ReportFrame::render(*db, requests.first().second, kShipped).pageCount() >= 10);
