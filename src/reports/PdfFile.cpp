@@ -189,7 +189,60 @@ QByteArray subsetFont(const QRawFont &raw, QSet<quint32> keep)
     return font + body;
 }
 
+// The signs of codes 0x80 to 0x9F of the Windows Latin set (0: none).
+constexpr char16_t kHighSigns[32] = {
+    0x20AC, 0, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160, 0x2039, 0x0152, 0, 0x017D, 0,
+    0, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022, 0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0, 0x017E, 0x0178};
+
+// Keeps a PDF name to the letters, figures and hyphens it may hold as
+// they are.
+QByteArray pdfName(const QString &s)
+{
+    QByteArray out;
+    for (const QChar ch : s)
+        if ((ch >= QLatin1Char('A') && ch <= QLatin1Char('Z')) || (ch >= QLatin1Char('a') && ch <= QLatin1Char('z'))
+            || (ch >= QLatin1Char('0') && ch <= QLatin1Char('9')) || ch == QLatin1Char('-'))
+            out += char(ch.unicode());
+    return out.isEmpty() ? QByteArray("Font") : out;
+}
+
 } // namespace
+
+int winAnsiCode(QChar ch)
+{
+    const char16_t u = ch.unicode();
+    if ((u >= 32 && u < 127) || (u >= 160 && u < 256))
+        return u;
+    if (u < 256)
+        return -1;
+    for (int i = 0; i < 32; ++i)
+        if (kHighSigns[i] == u)
+            return 0x80 + i;
+    return -1;
+}
+
+QChar winAnsiChar(int code)
+{
+    if ((code >= 32 && code < 127) || (code >= 160 && code < 256))
+        return QChar(char16_t(code));
+    if (code >= 0x80 && code < 0xA0)
+        return QChar(kHighSigns[code - 0x80]);
+    return QChar();
+}
+
+WinAnsiGlyphs winAnsiGlyphs(const QRawFont &raw)
+{
+    WinAnsiGlyphs glyphs{};
+    for (int c = 32; c < 256; ++c) {
+        const QChar ch = winAnsiChar(c);
+        if (ch.isNull())
+            continue;
+        const QList<quint32> g = raw.glyphIndexesForString(QString(ch));
+        if (g.size() == 1)
+            glyphs[size_t(c)] = g.first();
+    }
+    return glyphs;
+}
 
 bool PdfFile::open(const QString &path, const QString &title, const QString &creator, QString *error)
 {
@@ -238,7 +291,7 @@ void PdfFile::writeStream(int object, const QByteArray &dictionary, const QByteA
     write("\nendstream\nendobj\n");
 }
 
-int PdfFile::font(const QRawFont &raw)
+int PdfFile::font(const QRawFont &raw, const WinAnsiGlyphs &glyphs)
 {
     const QByteArray key = (raw.familyName() + QLatin1Char('|') + raw.styleName()).toUtf8();
     for (int i = 0; i < m_faces.size(); ++i)
@@ -247,18 +300,16 @@ int PdfFile::font(const QRawFont &raw)
     Face f;
     f.key = key;
     f.raw = raw;
-    QString name = raw.familyName().remove(QLatin1Char(' '));
-    const QString style = QString(raw.styleName()).remove(QLatin1Char(' '));
+    QString name = raw.familyName();
+    const QString style = raw.styleName();
     if (!style.isEmpty() && style != QLatin1String("Book") && style != QLatin1String("Regular"))
         name += QLatin1Char('-') + style;
-    f.name = name.toLatin1();
-    for (int c = 32; c < 256; ++c) {
-        if (c >= 127 && c < 160)
-            continue;
-        const QList<quint32> g = raw.glyphIndexesForString(QString(QChar(c)));
-        if (g.size() == 1)
-            f.glyph[size_t(c)] = g.first();
-    }
+    f.name = pdfName(name);
+    f.glyph = glyphs;
+    // Only a font with TrueType outlines is embedded here; texts in any
+    // other are for the painter.
+    f.embeddable = !raw.fontTable("glyf").isEmpty() && !raw.fontTable("loca").isEmpty()
+                   && !raw.fontTable("head").isEmpty() && !raw.fontTable("hmtx").isEmpty();
     f.object = reserve();
     m_faces << f;
     return int(m_faces.size()) - 1;
@@ -267,9 +318,11 @@ int PdfFile::font(const QRawFont &raw)
 bool PdfFile::canSet(int font, QStringView text) const
 {
     const Face &f = m_faces.at(font);
+    if (!f.embeddable)
+        return false;
     for (const QChar ch : text) {
-        const ushort c = ch.unicode();
-        if (c >= 256 || f.glyph[c] == 0)
+        const int c = winAnsiCode(ch);
+        if (c < 0 || f.glyph[size_t(c)] == 0)
             return false;
     }
     return true;
@@ -326,12 +379,15 @@ void PdfFile::text(int font, qreal size, const QPointF &at, QStringView text, co
     number(m_texts, m_pageSize.height() - at.y());
     m_texts += " Tm (";
     for (const QChar ch : text) {
-        const ushort c = ch.unicode();
-        if (c < 256)
-            f.used[c] = true;
+        const int c = winAnsiCode(ch);
+        if (c < 0) {
+            m_texts += '?';
+            continue;
+        }
+        f.used[size_t(c)] = true;
         if (c == '(' || c == ')' || c == '\\')
             m_texts += '\\';
-        m_texts += char(c < 256 ? c : '?');
+        m_texts += char(c);
     }
     m_texts += ") Tj\n";
 }
@@ -355,10 +411,10 @@ void PdfFile::line(const QPointF &from, const QPointF &to, qreal width, const QC
     g += " l S Q\n";
 }
 
-void PdfFile::image(const QRectF &rect, const QImage &image)
+bool PdfFile::image(const QRectF &rect, const QImage &image)
 {
     if (image.isNull())
-        return;
+        return true;
     if (!m_imageObject || m_imageKey != image.cacheKey()) {
         // One picture a file: the letterhead's logo.
         QImage flat(image.size(), QImage::Format_RGB888);
@@ -373,7 +429,7 @@ void PdfFile::image(const QRectF &rect, const QImage &image)
         QImageWriter writer(&buffer, "jpg");
         writer.setQuality(92);
         if (!writer.write(flat))
-            return;
+            return false;
         if (!m_imageObject)
             m_imageObject = reserve();
         m_imageKey = image.cacheKey();
@@ -393,6 +449,7 @@ void PdfFile::image(const QRectF &rect, const QImage &image)
     g += ' ';
     number(g, m_pageSize.height() - rect.bottom());
     g += " cm /Im0 Do Q\n";
+    return true;
 }
 
 void PdfFile::endPage()
@@ -423,6 +480,11 @@ void PdfFile::writeFont(const Face &f)
         }
     if (first > last)
         first = last = 32;
+    // Readers draw a no-break space and a soft hyphen with the glyphs of
+    // the space and the hyphen.
+    for (const int c : {' ', '-'})
+        if (f.glyph[size_t(c)])
+            keep.insert(f.glyph[size_t(c)]);
     const QByteArray head = f.raw.fontTable("head");
     const QByteArray hhea = f.raw.fontTable("hhea");
     const QByteArray hmtx = f.raw.fontTable("hmtx");

@@ -29,6 +29,17 @@
 
 namespace Reports::detail {
 
+// The code of a character in the Windows Latin set the report fonts are
+// set in (Latin-1 and the 27 signs of 0x80-0x9F: dashes, quotes, the euro
+// sign ...), or -1 for a character outside it and for control characters.
+int winAnsiCode(QChar ch);
+// The character of a code of that set; a null character for none.
+QChar winAnsiChar(int code);
+
+// A font's glyph of each code of the Windows Latin set (0: none).
+using WinAnsiGlyphs = std::array<quint32, 256>;
+WinAnsiGlyphs winAnsiGlyphs(const QRawFont &raw);
+
 class PdfFile
 {
 public:
@@ -40,17 +51,19 @@ public:
     bool open(const QString &path, const QString &title, const QString &creator, QString *error);
 
     // A font of the file for `raw` (the same family and style give the
-    // same font whatever the size); the number to set texts with.
-    int font(const QRawFont &raw);
-    // Whether `text` can be set in `font`: every character in Latin-1
-    // (no control character) and in the font.
+    // same font whatever the size), with its glyphs of the Windows Latin
+    // set; the number to set texts with.
+    int font(const QRawFont &raw, const WinAnsiGlyphs &glyphs);
+    // Whether `text` can be set in `font`: every character in the Windows
+    // Latin set and in the font, and the font one that can be embedded.
     bool canSet(int font, QStringView text) const;
 
     void beginPage(const QSizeF &points);
     // `text` with its baseline starting at `at`, `size` points high.
     void text(int font, qreal size, const QPointF &at, QStringView text, const QColor &colour);
     void line(const QPointF &from, const QPointF &to, qreal width, const QColor &colour, bool dashed = false);
-    void image(const QRectF &rect, const QImage &image);
+    // False, with nothing drawn, when the picture cannot be encoded.
+    bool image(const QRectF &rect, const QImage &image);
     void endPage();
 
     // Writes the fonts, the pages' list and the index, and closes the
@@ -66,8 +79,9 @@ private:
         QByteArray name;        // the PostScript name, without blanks
         QRawFont raw;
         int object = 0;         // the font dictionary's object
-        std::array<quint32, 256> glyph{};
+        WinAnsiGlyphs glyph{};
         std::array<bool, 256> used{};
+        bool embeddable = false; // a TrueType font with outlines to embed
     };
 
     int reserve();

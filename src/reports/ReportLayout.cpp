@@ -19,6 +19,7 @@
 #include <QPdfWriter>
 #include <QPen>
 
+#include <algorithm>
 #include <array>
 
 namespace Reports {
@@ -70,12 +71,27 @@ struct LayoutData
     std::unique_ptr<PageBuilder> builder;
     // The pages placed lately (a few, for the viewer going back and forth).
     mutable QVector<QPair<int, std::shared_ptr<Page>>> recent;
-    // Each font's glyphs of the first 256 characters, looked up once.
+    // Each font's glyphs of the Windows Latin set (by code, see
+    // detail::winAnsiCode), looked up once.
     struct Face
     {
         QRawFont raw;
-        std::array<quint32, 256> glyph{};
+        detail::WinAnsiGlyphs glyph{};
         std::array<qreal, 256> advance{};
+        // The width of `text` from the glyphs' advances; false for a text
+        // with a character outside the set or the font.
+        bool width(QStringView text, qreal *w) const
+        {
+            qreal sum = 0;
+            for (const QChar ch : text) {
+                const int c = detail::winAnsiCode(ch);
+                if (c < 0 || glyph[size_t(c)] == 0)
+                    return false;
+                sum += advance[size_t(c)];
+            }
+            *w = sum;
+            return true;
+        }
     };
     mutable QVector<std::shared_ptr<Face>> faces;
     const Face &face(int font) const;
@@ -339,18 +355,8 @@ private:
     {
         // Latin texts from the font's advances, as they are drawn; others
         // shaped by the font's metrics.
-        const LayoutData::Face &f = m_L.face(font);
         qreal sum = 0;
-        bool latin = true;
-        for (const QChar ch : text) {
-            const ushort c = ch.unicode();
-            if (c >= 256 || f.glyph[c] == 0) {
-                latin = false;
-                break;
-            }
-            sum += f.advance[c];
-        }
-        if (latin)
+        if (m_L.face(font).width(text, &sum))
             return sum;
         QHash<QString, qreal> &cache = m_widths[font];
         auto it = cache.constFind(text);
@@ -732,15 +738,10 @@ const LayoutData::Face &LayoutData::face(int font) const
     if (!faces.at(font)) {
         auto f = std::make_shared<Face>();
         f->raw = QRawFont::fromFont(fonts.at(font));
-        for (int c = 32; c < 256; ++c) {
-            if (c >= 127 && c < 160)
-                continue;
-            const QList<quint32> g = f->raw.glyphIndexesForString(QString(QChar(c)));
-            if (g.size() != 1 || g.first() == 0)
-                continue;
-            f->glyph[c] = g.first();
-            f->advance[c] = f->raw.advancesForGlyphIndexes(g).value(0).x();
-        }
+        f->glyph = detail::winAnsiGlyphs(f->raw);
+        for (int c = 32; c < 256; ++c)
+            if (f->glyph[size_t(c)])
+                f->advance[size_t(c)] = f->raw.advancesForGlyphIndexes({f->glyph[size_t(c)]}).value(0).x();
         faces[font] = f;
     }
     return *faces.at(font);
@@ -772,17 +773,17 @@ public:
         const int mark = run.glyphs.size();
         qreal x = it.baseline.x();
         for (const QChar ch : it.text) {
-            const ushort c = ch.unicode();
-            if (c >= 256 || f.glyph[c] == 0) {
+            const int c = detail::winAnsiCode(ch);
+            if (c < 0 || f.glyph[size_t(c)] == 0) {
                 run.glyphs.resize(mark);
                 run.positions.resize(mark);
                 return false;
             }
             if (c != ' ') {
-                run.glyphs << f.glyph[c];
+                run.glyphs << f.glyph[size_t(c)];
                 run.positions << QPointF(x, it.baseline.y());
             }
-            x += f.advance[c];
+            x += f.advance[size_t(c)];
         }
         return true;
     }
@@ -917,7 +918,7 @@ public:
         : m_pdf(pdf), m_L(L), m_logo(logo), m_twoUp(twoUp)
     {
         for (int i = 0; i < L.fonts.size(); ++i) {
-            m_fonts << pdf.font(L.face(i).raw);
+            m_fonts << pdf.font(L.face(i).raw, L.face(i).glyph);
             m_sizes << L.fonts.at(i).pixelSize() / kUnitsPerPoint;
         }
         const QSizeF page = L.size / kUnitsPerPoint;
@@ -939,17 +940,20 @@ public:
             m_open = true;
         }
         for (const PageItem &it : m_L.header)
-            item(it, top);
+            if (!item(it, top))
+                return false;
         for (const PageItem &it : items.items)
-            item(it, top);
+            if (!item(it, top))
+                return false;
         if (m_L.footer) {
             const qreal left = kMarginX, right = m_L.size.width() - kMarginX;
             const QFontMetricsF &fm = m_smallMetrics;
             const qreal y = m_L.footerTop + 40 + (fm.height() - (fm.ascent() + fm.descent())) / 2 + fm.ascent();
+            qreal width = 0;
+            m_L.face(Small).width(footer, &width);
             m_pdf.line(pt(QPointF(left, m_L.footerTop), top), pt(QPointF(right, m_L.footerTop), top), 0.4, Qt::black);
             m_pdf.text(m_fonts.at(Small), m_sizes.at(Small), pt(QPointF(left, y), top), m_L.footerLeft, QColor(70, 70, 70));
-            m_pdf.text(m_fonts.at(Small), m_sizes.at(Small), pt(QPointF(right - fm.horizontalAdvance(footer), y), top),
-                       footer, Qt::black);
+            m_pdf.text(m_fonts.at(Small), m_sizes.at(Small), pt(QPointF(right - width, y), top), footer, Qt::black);
         }
         if (!m_twoUp || top > 0)
             close();
@@ -974,7 +978,7 @@ private:
         return true;
     }
 
-    void item(const PageItem &it, qreal top)
+    bool item(const PageItem &it, qreal top)
     {
         switch (it.kind) {
         case PageItem::Kind::Text:
@@ -990,12 +994,12 @@ private:
             break;
         }
         case PageItem::Kind::Image:
-            m_pdf.image(QRectF(pt(it.rect.topLeft(), top), it.rect.size() / kUnitsPerPoint), m_logo);
-            break;
+            return m_pdf.image(QRectF(pt(it.rect.topLeft(), top), it.rect.size() / kUnitsPerPoint), m_logo);
         case PageItem::Kind::Rule:
             m_pdf.line(pt(it.rect.topLeft(), top), pt(it.rect.bottomRight(), top), 0.6, Qt::black);
             break;
         }
+        return true;
     }
 
     detail::PdfFile &m_pdf;
@@ -1203,8 +1207,16 @@ int writeSpooledPdf(const RenderedReport &shell, const ColumnNeeds &needs, LineS
         return failed(QStringLiteral("The report's work file cannot be read."));
     ReportLine line;
     int lines = 0;
-    while (spool.next(line))
+    bool latin = true; // every text for the file's own fonts, as far as the lines tell
+    while (spool.next(line)) {
         b.measureLine(line, lines++);
+        if (latin) {
+            const LayoutData::Face &f = L.face(line.kind == ReportLine::Kind::Detail && !line.emphasis ? Body : BodyBold);
+            qreal w = 0;
+            latin = f.width(line.label, &w)
+                    && std::all_of(line.texts.cbegin(), line.texts.cend(), [&](const QString &t) { return f.width(t, &w); });
+        }
+    }
     if (lines != spool.count())
         return failed(QStringLiteral("The report's work file cannot be read."));
     b.endRun(lines);
@@ -1223,7 +1235,7 @@ int writeSpooledPdf(const RenderedReport &shell, const ColumnNeeds &needs, LineS
     };
 
     // Set as strings where every text allows it; the painter otherwise.
-    {
+    if (latin) {
         PdfFile out;
         if (!out.open(path, shell.heading, creditCompanyName(), error))
             return -1;

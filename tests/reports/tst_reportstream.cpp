@@ -180,6 +180,7 @@ private slots:
         QTest::newRow("plain") << QStringLiteral("RECEIVED AGAINST BILL 12") << false;
         QTest::newRow("brackets") << QStringLiteral("PAID (50%) \\ )(") << false;
         QTest::newRow("accents") << QStringLiteral("CAFÉ ÑANDÚ £5 ½ ÀÖØ ÿ") << false;
+        QTest::newRow("dashes and quotes") << QStringLiteral("PAID 5 € – “CASH” ‘A’ … Œ™") << false;
         QTest::newRow("euro") << QStringLiteral("PAID 5 € TO ŁÓDŹ") << true;
         QTest::newRow("cyrillic") << QStringLiteral("RECEIVED ПЕЧАТЬ 7") << true;
     }
@@ -213,10 +214,22 @@ private slots:
             detail::setUpPdfWriter(pdf, r);
             QVERIFY2(paintReport(r, pdf, &error), qPrintable(error));
         }
+        const QString whole = dir.filePath(QStringLiteral("whole.pdf"));
+        QVERIFY2(exportPdf(r, whole, &error), qPrintable(error));
         const QString text = readable(streamed);
         QVERIFY2(text.contains(narration), qPrintable(text.mid(text.indexOf(QLatin1String("9001")), 300)));
         QCOMPARE(lineWith(text, QStringLiteral("9001")), lineWith(readable(painted), QStringLiteral("9001")));
         QCOMPARE(text, readable(painted));
+        QCOMPARE(readable(whole), text);
+        // A reader finds nothing to mend in the file (poppler says so on
+        // its error output, whatever its exit status).
+        for (const QString &file : {streamed, whole}) {
+            QProcess info;
+            info.start(QStringLiteral("pdfinfo"), {file});
+            QVERIFY(info.waitForFinished(30000));
+            QCOMPARE(info.exitCode(), 0);
+            QCOMPARE(QString::fromUtf8(info.readAllStandardError()), QString());
+        }
         // Texts are set as strings in the report's own fonts, unless a
         // character needs the painter.
         const QString fonts = runTool(QStringLiteral("pdffonts"), {streamed});
