@@ -130,6 +130,23 @@ private slots:
         o.from = QDate(2026, 1, 1);
         o.to = QDate(2026, 12, 31);
         DemoGenerator::standardYear(*db, o);
+        {
+            // Rows without a date (in no period) and rows after every
+            // period's end (counted by none).
+            Transaction tx(*db);
+            const Money amount = Money::fromCents(98765);
+            QVector<LedgerRow> rows;
+            for (const QDate &d : {QDate(), QDate(2027, 2, 1)}) {
+                const VoucherKey key{QStringLiteral("JV"), d.isValid() ? 90002 : 90001, d};
+                rows << LedgerRow::debit(key, QStringLiteral("19-10-001"), QStringLiteral("CASH IN HAND"), amount,
+                                         QStringLiteral("ODD ROW"))
+                     << LedgerRow::credit(key, QStringLiteral("21-10-002"), QStringLiteral("ELECTRICITY"), amount,
+                                          QStringLiteral("ODD ROW"));
+            }
+            LedgerWriter(*db, QStringLiteral("TEST"), QDate(2026, 1, 1)).insertMany(rows);
+            tx.commit();
+            QCOMPARE(db->scalar(QStringLiteral("SELECT COUNT(*) FROM tblPartyBalance WHERE VDate IS NULL")).toLongLong(), 2LL);
+        }
         if (!from.isValid())
             db->execute(QStringLiteral("DELETE FROM tblTLClientInfo"));
         db->setReportPeriod(from, to);
