@@ -244,6 +244,10 @@ void TestUserAccounts::rightsSaved()
     QCOMPARE(UserRights::save(*db, kAdmin, QStringLiteral("NOBODY"), off).message, Msg::invalidUser());
     QCOMPARE(count(*db, QStringLiteral("SELECT COUNT(*) FROM tblUserRights")), 1);
     QCOMPARE(UserRights::switchedOff(*db, clerk).size(), 3);
+    // The edit log and the books check are switched off like any entry.
+    QVERIFY(UserRights::save(*db, kAdmin, clerk, {QStringLiteral("mnuUEditLog"), QStringLiteral("mnuUCheckBooks")}).ok);
+    QCOMPARE(Logon::disabledMenus(*db, clerk),
+             (QStringList{QStringLiteral("mnuUCheckBooks"), QStringLiteral("mnuUEditLog")}));
     // An administrator's list is kept as any other's.
     QVERIFY(UserRights::save(*db, kAdmin, QStringLiteral("ADMIN"), {QStringLiteral("mnuStock")}).ok);
     QCOMPARE(UserRights::switchedOff(*db, QStringLiteral("ADMIN")), QStringList{QStringLiteral("mnuStock")});
@@ -272,8 +276,8 @@ void TestUserAccounts::failedRightsSaveKeepsTheOldList()
 void TestUserAccounts::boxes()
 {
     const QStringList &names = UserRights::boxNames();
-    QCOMPARE(names.size(), 92);
-    QCOMPARE(QSet<QString>(names.cbegin(), names.cend()).size(), 92);
+    QCOMPARE(names.size(), 94);
+    QCOMPARE(QSet<QString>(names.cbegin(), names.cend()).size(), 94);
 }
 
 QTEST_GUILESS_MAIN(TestUserAccounts)

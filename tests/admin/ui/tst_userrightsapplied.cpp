@@ -1,11 +1,13 @@
 // A user's switched-off entries in the main window: the menu, everything
 // under a switched-off menu, the side panel's labels, the menu bar's keys,
-// and the buttons inside screens that open those entries.
+// the buttons inside screens that open those entries, and F8, which opens
+// the edit log.
 #include "support/ui/ScreenTest.h"
 
 #include "admin/UserAccounts.h"
 #include "admin/UserRights.h"
 #include "foundation/ui/frmMDITessel.h"
+#include "vouchers/VoucherPosting.h"
 #include "vouchers/ui/frmJournalVoucher.h"
 
 #include <QApplication>
@@ -65,6 +67,8 @@ private Q_SLOTS:
     void menuKeys();
     void screenButtons_data();
     void screenButtons();
+    void editLogAndCheckBooks_data() { TestDb::addBackends(); }
+    void editLogAndCheckBooks();
 };
 
 void TestUserRightsApplied::menuAndPanel()
@@ -165,6 +169,45 @@ void TestUserRightsApplied::screenButtons()
         QApplication::processEvents();
         QVERIFY(!QApplication::activeModalWidget());
     }
+}
+
+// EDIT LOG and CHECK BOOKS switched off: neither opens by its menu entry,
+// and F8 on a loaded voucher opens no history; the entries beside them stay.
+void TestUserRightsApplied::editLogAndCheckBooks()
+{
+    TESSEL_BACKEND()
+    const QDate day(2026, 3, 9);
+    ScreenTest t(backend, QDate(2026, 3, 10), QStringLiteral("ADMIN"));
+    t.addAccounts({{"21-10-001", "ELECTRICITY"}});
+    Voucher v{{QStringLiteral("CP"), 1, day}, {}};
+    VoucherLine l;
+    l.partyCode = QStringLiteral("21-10-001");
+    l.partyName = QStringLiteral("ELECTRICITY");
+    l.debit = *Money::parse(QStringLiteral("100"));
+    l.description = QStringLiteral("BILL");
+    v.lines << l;
+    QVERIFY(VoucherPosting(t.db(), QStringLiteral("ADMIN"), day).post(v, NumberPolicy::Typed).ok);
+
+    Main m(t, {QStringLiteral("mnuUEditLog"), QStringLiteral("mnuUCheckBooks")});
+    QVERIFY(m.saved && m.active);
+    QCOMPARE(t.db().scalar(QStringLiteral("SELECT Menu FROM tblUserRights WHERE USERNAME = 'ADMIN'")).toString(),
+             QStringLiteral("mnuUCheckBooks,mnuUEditLog"));
+    frmMDITessel &w = m.main;
+    for (const char *entry : {"mnuUEditLog", "mnuUCheckBooks"}) {
+        QVERIFY2(!w.allowsEntry(QString::fromLatin1(entry)), entry);
+        QVERIFY2(!w.runMenuEntry(QString::fromLatin1(entry)), entry);
+    }
+    QVERIFY(!w.findScreen(QStringLiteral("frmEditLog")));
+    QVERIFY(!w.findScreen(QStringLiteral("frmCheckBooks")));
+    QVERIFY(w.allowsEntry(QStringLiteral("mnuUClosingDate")));
+    QVERIFY(w.allowsEntry(QStringLiteral("mnuEndYearProcessing")));
+
+    frmJournalVoucher *f = openPostedVoucher(w, {QStringLiteral("CP"), 1, day});
+    QVERIFY(f && f->currentDocument());
+    f->txtDesc->setFocus();
+    QTest::keyClick(f->txtDesc, Qt::Key_F8);
+    QApplication::processEvents();
+    QVERIFY(!w.findScreen(QStringLiteral("frmEditLog")));
 }
 
 QTEST_MAIN(TestUserRightsApplied)

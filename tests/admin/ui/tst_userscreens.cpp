@@ -232,14 +232,17 @@ void TestUserScreens::updateUserThenRights()
     QCOMPARE(r->title(), QStringLiteral("USER RIGHTS"));
     QCOMPARE(r->rightsUser(), QStringLiteral("CLERK"));
 
-    // Ninety-two boxes, each named after its entry, all ticked for a user without a list.
+    // Ninety-four boxes, each named after its entry, all ticked for a user without a list.
     const auto boxes = r->tabMenu->findChildren<QCheckBox *>();
-    QCOMPARE(boxes.size(), 92);
+    QCOMPARE(boxes.size(), 94);
     for (QCheckBox *b : boxes)
         QVERIFY2(b->isChecked(), qPrintable(b->objectName()));
     QCOMPARE(r->box(QStringLiteral("mnuPBankPaidVoucher"))->text(), QStringLiteral("BANK PAID VOUCHER"));
     QCOMPARE(r->box(QStringLiteral("mnuPrintStockRequest"))->text(), QStringLiteral("VIEW SALE REGISTER"));
     QCOMPARE(r->box(QStringLiteral("mnuPPrintParty"))->text(), QStringLiteral("VIEW / PRINT REPORTS"));
+    QCOMPARE(r->box(QStringLiteral("mnuUEditLog"))->text(), QStringLiteral("EDIT LOG"));
+    QCOMPARE(r->box(QStringLiteral("mnuUCheckBooks"))->text(), QStringLiteral("CHECK BOOKS"));
+    QCOMPARE(r->box(QStringLiteral("mnuUEditLog"))->parentWidget()->objectName(), QStringLiteral("tabUtilities"));
 
     // A row for nothing switched off still shows every box ticked.
     click(r->cmdUpdateUser);
