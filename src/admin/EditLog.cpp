@@ -50,7 +50,10 @@ QVector<Entry> entries(SessionConnection &db, const Filter &f, int lastRows)
         where << QStringLiteral("UserName = ?");
         params << f.userName.trimmed();
     }
-    if (!f.docType.trimmed().isEmpty()) {
+    if (!f.docType.trimmed().isEmpty() && !f.voucherType.trimmed().isEmpty()) {
+        where << QStringLiteral("DocType IN (?, ?)");
+        params << f.docType.trimmed() << f.voucherType.trimmed();
+    } else if (!f.docType.trimmed().isEmpty()) {
         where << QStringLiteral("DocType = ?");
         params << f.docType.trimmed();
     }

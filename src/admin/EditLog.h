@@ -71,6 +71,10 @@ struct Filter
     QString docType;
     std::optional<qint64> docNo;
     QString docTitle;
+    // With docType: the type of the document's own voucher in the ledger,
+    // whose rows of the same number and title are part of its history
+    // (an invoice's SV voucher).
+    QString voucherType;
 };
 
 // The rows of the log the filter takes, in the order they were written;

@@ -1,5 +1,6 @@
 #include "admin/EditLogView.h"
 #include "foundation/SessionConnection.h"
+#include "sales/InvoiceRules.h"
 #include "vouchers/PostingChecks.h"
 #include "vouchers/VoucherRules.h"
 
@@ -61,8 +62,10 @@ Reports::ReportRequest request(const EditLog::Filter &f, const QString &fromText
     r.toText = f.to.isValid() ? toText : QStringLiteral("THE LAST CHANGE");
     if (!f.userName.isEmpty())
         r.conditions << ReportCondition::equal(QStringLiteral("UserName"), f.userName);
+    // The view names each row's document: an SV row is its invoice's.
     if (!f.docType.isEmpty())
-        r.conditions << ReportCondition::equal(QStringLiteral("DocType"), f.docType);
+        r.conditions << ReportCondition::equal(
+            f.voucherType.isEmpty() ? QStringLiteral("DocType") : QStringLiteral("DocumentType"), f.docType);
     if (f.docNo)
         r.conditions << ReportCondition::equal(QStringLiteral("DocNo"), *f.docNo);
     if (!f.docTitle.isEmpty())
@@ -89,12 +92,20 @@ Target targetOf(const EditLog::Entry &e)
     return t;
 }
 
+QString voucherTypeOf(const QString &docType)
+{
+    return docType.trimmed() == QLatin1String("INVOICE") ? InvoiceRules::kVoucherType : QString();
+}
+
 EditLog::Filter historyOf(const QString &docType, std::optional<qint64> docNo, const QString &title)
 {
     EditLog::Filter f;
     f.docType = docType.trimmed();
     f.docNo = docNo;
     f.docTitle = title.trimmed();
+    // Without a title the voucher's rows of every title would come along.
+    if (docNo && !f.docTitle.isEmpty())
+        f.voucherType = voucherTypeOf(f.docType);
     return f;
 }
 

@@ -51,8 +51,15 @@ struct Target
     QString title;
 };
 Target targetOf(const EditLog::Entry &entry);
+// The type of the voucher a document posts under its own number and
+// title ("SV" for an invoice); empty for a document that posts none.
+QString voucherTypeOf(const QString &docType);
+
 // The filter of one document's history (its type and number, and its
 // title when it has one; a document without a number: its type alone).
+// A document that posts a voucher of its own brings the ledger rows of
+// that voucher along: an invoice's history holds its lines and its SV
+// rows, and nothing of another title's invoice of the same number.
 EditLog::Filter historyOf(const QString &docType, std::optional<qint64> docNo, const QString &title = QString());
 
 // The moment of a log row as the screens show it: dd/mm/yyyy hh:mm:ss.

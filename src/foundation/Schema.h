@@ -15,7 +15,7 @@ namespace Schema {
 
 // The stamp of the schema this program writes and understands. A database
 // stamped later was made by a newer program and is refused (see Version).
-inline constexpr const char *kStamp = "20261130";
+inline constexpr const char *kStamp = "20261201";
 
 enum class Type {
     Text,      // free text

@@ -1,7 +1,8 @@
 // The edit log on both engines: what a voucher's save, change and delete
 // leave in it, that a rolled-back save leaves nothing, that the database
 // refuses to change or delete a log row, that every logged table logs
-// through its triggers, the bulk pause, and that no password is copied.
+// through its triggers, the bulk pause, that no password is copied, and
+// that an invoice's history holds its lines and its sale voucher alone.
 #include "admin/ClosingDate.h"
 #include "admin/EditLog.h"
 #include "admin/EditLogView.h"
@@ -10,6 +11,9 @@
 #include "foundation/Logon.h"
 #include "foundation/Schema.h"
 #include "foundation/SessionConnection.h"
+#include "reports/ReportFrame.h"
+#include "sales/InvoiceStaging.h"
+#include "sales/tst_invoicefixture.h"
 #include "support/TestDb.h"
 #include "vouchers/VoucherFixture.h"
 
@@ -69,6 +73,8 @@ private slots:
     void bulkScopeLogsTheStepAlone();
     void passwordsAndStampsStayOut_data() { TestDb::addBackends(); }
     void passwordsAndStampsStayOut();
+    void invoiceHistory_data() { TestDb::addBackends(); }
+    void invoiceHistory();
 };
 
 void TestEditLog::voucherSaveModifyDelete()
@@ -341,6 +347,86 @@ void TestEditLog::shownTime()
     QFETCH(QString, stored);
     QFETCH(QString, shown);
     QCOMPARE(EditLogView::shownTime(stored), shown);
+}
+
+// An invoice saved, changed (a line changed, one removed, one added, the
+// date moved) and deleted: its history holds every change of its lines and
+// of its SV voucher's rows, on both dates; not the invoice of the same
+// number and date under another title, nor a cash voucher of that number.
+// The printed history takes the same rows.
+void TestEditLog::invoiceHistory()
+{
+    TESSEL_YEAR(year);
+    auto db = year.connect();
+    InvoiceFixture::prepareYear(*db);
+    using InvoiceFixture::header;
+    const QString press = QStringLiteral("PRESS");
+    InvoicePosting posting(*db, InvoiceFixture::kUser, InvoiceFixture::kToday);
+    const InvoiceHeader first = header(press, 4);
+    QVERIFY(posting.saveNew(first, InvoiceFixture::threeLines(), NumberPolicy::Typed).ok);
+    QVERIFY(posting.saveNew(header(QStringLiteral("PACKAGING"), 4), InvoiceFixture::threeLines(), NumberPolicy::Typed).ok);
+    QVERIFY(stageAndSave(*db, {QStringLiteral("CP"), 4, kDay}, {line("14-10-001", "PAPER HOUSE", m("40"), "DR")}).ok);
+
+    QVector<InvoiceLine> lines = InvoiceStaging(*db).postedLines(first.key);
+    QCOMPARE(lines.size(), 3);
+    lines[0] = [&] {
+        InvoiceLine l = InvoiceFixture::line(QStringLiteral("CREDIT"), QStringLiteral("CARTON"), QStringLiteral("1000"),
+                                             QStringLiteral("6"), QStringLiteral("17"));
+        l.srNo = lines[0].srNo;
+        l.state = LineState::Update;
+        return l;
+    }();
+    lines[1].state = LineState::Delete;
+    lines << InvoiceFixture::line(QStringLiteral("CASH"), QStringLiteral("BOX"), QStringLiteral("10"), QStringLiteral("10"));
+    const InvoiceHeader moved = header(press, 4, InvoiceFixture::kDay.addDays(5));
+    const Outcome changed = posting.saveModified(first.key, moved, lines);
+    QVERIFY2(changed.ok, qPrintable(changed.message));
+    const Outcome deleted = posting.deleteInvoice(moved.key);
+    QVERIFY2(deleted.ok, qPrintable(deleted.message));
+
+    const EditLog::Filter history = EditLogView::historyOf(QStringLiteral("INVOICE"), 4, press);
+    const QVector<EditLog::Entry> entries = EditLog::entries(*db, history);
+    QSet<QString> seen;
+    QSet<QDate> dates;
+    for (const EditLog::Entry &e : entries) {
+        const QString what = e.tableName + QLatin1Char(' ') + e.change;
+        QVERIFY2(e.docTitle == press, qPrintable(what + QLatin1Char(' ') + e.docTitle));
+        QCOMPARE(e.docNo, std::optional<qint64>(4));
+        QVERIFY2((e.tableName == QLatin1String("tblInvoice") && e.docType == QLatin1String("INVOICE"))
+                     || (e.tableName == QLatin1String("tblPartyBalance") && e.docType == QLatin1String("SV")),
+                 qPrintable(what + QLatin1Char(' ') + e.docType));
+        seen.insert(what);
+        dates.insert(e.docDate);
+    }
+    for (const char *table : {"tblInvoice", "tblPartyBalance"})
+        for (const char *change : {"INSERT", "UPDATE", "DELETE"})
+            QVERIFY2(seen.contains(QStringLiteral("%1 %2").arg(QLatin1String(table), QLatin1String(change))),
+                     table);
+    QVERIFY(dates.contains(InvoiceFixture::kDay) && dates.contains(moved.key.date));
+    // Every row of the invoice and its voucher, and no other.
+    QCOMPARE(int(entries.size()),
+             count(*db, QStringLiteral("SELECT COUNT(*) FROM tblEditLog WHERE DocNo = 4 AND DocTitle = 'PRESS' AND "
+                                       "((TableName = 'tblInvoice' AND DocType = 'INVOICE') OR "
+                                       "(TableName = 'tblPartyBalance' AND DocType = 'SV'))")));
+
+    // The other title's invoice: its three lines and two voucher rows, as saved.
+    const QVector<EditLog::Entry> other
+        = EditLog::entries(*db, EditLogView::historyOf(QStringLiteral("INVOICE"), 4, QStringLiteral("PACKAGING")));
+    QCOMPARE(other.size(), 5);
+    for (const EditLog::Entry &e : other)
+        QCOMPARE(e.change, QStringLiteral("INSERT"));
+
+    // Printed, the history is the same rows in the same order.
+    const Reports::RenderedReport printed = Reports::ReportFrame::render(*db, EditLogView::request(history));
+    QCOMPARE(printed.rows.size(), int(entries.size()));
+    for (int i = 0; i < entries.size(); ++i)
+        QCOMPARE(printed.rows.rows.at(i).integer(QStringLiteral("LogNo")), entries.at(i).logNo);
+
+    // The fields as typed take the type alone: the lines of both titles.
+    EditLog::Filter typed;
+    QVERIFY(EditLogView::readFilter(QDate(), QDate(), QString(), QStringLiteral("INVOICE"), QStringLiteral("4"), typed).ok);
+    for (const EditLog::Entry &e : EditLog::entries(*db, typed))
+        QCOMPARE(e.docType, QStringLiteral("INVOICE"));
 }
 
 QTEST_GUILESS_MAIN(TestEditLog)

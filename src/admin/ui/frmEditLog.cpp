@@ -128,7 +128,8 @@ frmEditLog::frmEditLog(QWidget *parent)
     setTabOrder(cmdShow, dgEditLog);
 
     connect(cmdShow, &QPushButton::clicked, this, [this] {
-        m_title.clear(); // the fields as typed, no longer one document's history
+        m_history = false; // the fields as typed, no longer one document's history
+        m_title.clear();
         setTitle(QStringLiteral("EDIT LOG"));
         refresh();
     });
@@ -171,6 +172,7 @@ void frmEditLog::showHistory(const ScreenDocument &document)
     cmbUserName->setEditText(QString());
     cmbDocType->setEditText(document.type);
     txtDocNo->setText(document.number ? QString::number(*document.number) : QString());
+    m_history = true;
     m_title = document.title;
     setTitle(document.title.isEmpty() ? QStringLiteral("EDIT LOG OF %1 %2").arg(document.type, txtDocNo->text()).trimmed()
                                       : QStringLiteral("EDIT LOG OF %1 %2 (%3)")
@@ -187,7 +189,13 @@ bool frmEditLog::readFilter(EditLog::Filter &filter)
                                               txtDocNo->text(), filter);
     if (!r)
         return refuse(r);
-    filter.docTitle = m_title;
+    if (m_history) {
+        // One document's history: its title and, for an invoice, the
+        // rows of its voucher too.
+        const EditLog::Filter history = EditLogView::historyOf(filter.docType, filter.docNo, m_title);
+        filter.docTitle = history.docTitle;
+        filter.voucherType = history.voucherType;
+    }
     return true;
 }
 

@@ -50,6 +50,7 @@ private:
 
     QStandardItemModel *m_model = nullptr;
     QVector<EditLog::Entry> m_entries;
+    bool m_history = false; // the fields name one document, from its screen
     QString m_title; // the title of the document whose history is shown
 };
 

@@ -1,7 +1,8 @@
 // The edit log's viewer headless: opened from UTILITIES, filtered by day,
 // user, document type and number, its refusals, a double click that opens
-// the voucher, F8 on the voucher screen for the voucher's own history, and
-// the printed log over the same filter.
+// the voucher, F8 on the voucher screen for the voucher's own history, F8
+// on the invoice screen for the invoice's lines and sale voucher, and the
+// printed log over the same filter.
 #include "support/ui/ScreenTest.h"
 
 #include "admin/EditLogView.h"
@@ -11,6 +12,8 @@
 #include "foundation/ui/frmMDITessel.h"
 #include "reports/ReportExport.h"
 #include "reports/ReportFrame.h"
+#include "sales/tst_invoicefixture.h"
+#include "sales/ui/frmInvoice.h"
 #include "support/ui/ScreenKit.h"
 #include "vouchers/VoucherPosting.h"
 #include "vouchers/ui/frmJournalVoucher.h"
@@ -112,6 +115,7 @@ private Q_SLOTS:
     void filtersAndRefusals_data() { TestDb::addBackends(); }
     void filtersAndRefusals();
     void opensTheVoucherAndItsHistory();
+    void invoiceHistoryByKey();
     void printedLogTakesTheFilter();
 };
 
@@ -210,6 +214,48 @@ void TestEditLogScreen::opensTheVoucherAndItsHistory()
     QCOMPARE(v->mode(), frmJournalVoucher::Mode::New);
     QVERIFY(!v->currentDocument());
     QVERIFY(!v->openHistory());
+}
+
+void TestEditLogScreen::invoiceHistoryByKey()
+{
+    ScreenTest t(QStringLiteral("sqlite"), QDate::currentDate());
+    InvoiceFixture::prepareYear(t.db());
+    InvoicePosting posting(t.db(), InvoiceFixture::kUser, InvoiceFixture::kToday);
+    for (const char *title : {"PACKAGING", "PRESS"})
+        QVERIFY(posting.saveNew(InvoiceFixture::header(QString::fromLatin1(title), 4), InvoiceFixture::threeLines(),
+                                NumberPolicy::Typed)
+                    .ok);
+    Main m;
+    QVERIFY(m.active);
+    frmEditLog *f = m.editLog();
+    f->mskDateFrom->setMaskText(MaskedLineEdit::dateMask());
+    f->mskDateTo->setMaskText(MaskedLineEdit::dateMask());
+    f->cmbDocType->setEditText(QStringLiteral("INVOICE"));
+    f->txtDocNo->setText(QStringLiteral("4"));
+    f->cmdShow->click();
+    QCOMPARE(rows(f), 6); // the lines of both titles
+    const int last = rows(f) - 1;
+    QCOMPARE(f->entries().at(last).docTitle, QStringLiteral("PRESS"));
+    f->openRow(last);
+    auto *inv = qobject_cast<frmInvoice *>(m.main.findScreen(QStringLiteral("frmInvoice")));
+    QVERIFY(inv);
+    QVERIFY(inv->currentDocument());
+
+    // F8: the PRESS invoice's three lines and its voucher's two rows.
+    QVERIFY(inv->openHistory());
+    QCOMPARE(f->title(), QStringLiteral("EDIT LOG OF INVOICE 4 (PRESS)"));
+    QCOMPARE(rows(f), 5);
+    QStringList types;
+    for (const EditLog::Entry &e : f->entries()) {
+        QCOMPARE(e.docTitle, QStringLiteral("PRESS"));
+        types << e.docType;
+    }
+    QCOMPARE(types.count(QStringLiteral("SV")), 2);
+    QCOMPARE(types.count(QStringLiteral("INVOICE")), 3);
+    ScreenKit::shoot(&m.main, QStringLiteral("edit-log-invoice-history"));
+    // SHOW takes the fields as typed again: the lines of both titles.
+    f->cmdShow->click();
+    QCOMPARE(rows(f), 6);
 }
 
 void TestEditLogScreen::printedLogTakesTheFilter()
