@@ -201,6 +201,19 @@ void sqliteCopy(const QString &source, const QString &dest, const Progress &prog
     dst.exec("PRAGMA journal_mode=DELETE");
 }
 
+// A new file `work`, readable by its owner only, made a copy of the year
+// or backup `source`.
+void copyIntoNewFile(const QString &source, const QString &work, const Progress &progress, const QString &what)
+{
+    {
+        QFile f(work);
+        if (!f.open(QIODevice::WriteOnly))
+            throw Error(QStringLiteral("The file %1 cannot be written.").arg(native(work)));
+    }
+    AccountYear::restrictToOwner(work);
+    sqliteCopy(source, work, progress, what);
+}
+
 // A file that holds an account year: the tables every year has, and a
 // database that passes the store's integrity check.
 void checkEmbeddedYear(const QString &path, const QString &shownName)
@@ -661,13 +674,7 @@ void copyYear(const ConnectionProfile &profile, const QString &from, const QStri
         const QString work = yearFile(profile, to + QStringLiteral(".creating"));
         removeYearFiles(work);
         try {
-            {
-                QFile f(work);
-                if (!f.open(QIODevice::WriteOnly))
-                    throw Error(QStringLiteral("The file %1 cannot be written.").arg(native(work)));
-            }
-            AccountYear::restrictToOwner(work);
-            sqliteCopy(source, work, progress, what);
+            copyIntoNewFile(source, work, progress, what);
             if (!QFile::rename(work, target)) {
                 if (QFileInfo::exists(target))
                     throw alreadyThere(to);
@@ -744,13 +751,7 @@ void restoreYear(const ConnectionProfile &profile, const QString &file, const QS
         const QString work = yearFile(profile, workName);
         removeYearFiles(work);
         try {
-            {
-                QFile f(work);
-                if (!f.open(QIODevice::WriteOnly))
-                    throw Error(QStringLiteral("The file %1 cannot be written.").arg(native(work)));
-            }
-            AccountYear::restrictToOwner(work);
-            sqliteCopy(file, work, share(progress, 0, 80), what);
+            copyIntoNewFile(file, work, share(progress, 0, 80), what);
             say(progress, 80, QStringLiteral("Checking the restored year"));
             checkEmbeddedYear(work, file);
             checkStamp(nullptr, profile, workName);
@@ -857,13 +858,7 @@ QString copyYearAside(const ConnectionProfile &profile, const QString &from, con
         const QString work = yearFile(profile, aside);
         removeYearFiles(work);
         try {
-            {
-                QFile f(work);
-                if (!f.open(QIODevice::WriteOnly))
-                    throw Error(QStringLiteral("The file %1 cannot be written.").arg(native(work)));
-            }
-            AccountYear::restrictToOwner(work);
-            sqliteCopy(source, work, progress, what);
+            copyIntoNewFile(source, work, progress, what);
         } catch (...) {
             removeYearFiles(work);
             throw;

@@ -44,6 +44,17 @@ QMap<QString, Money> rowBalances(SessionConnection &db, const QDate &day)
     return out;
 }
 
+// A demonstration year of `rows` ledger rows over 2026.
+void fillYear(const TestDb::Year &year, qint64 rows)
+{
+    auto db = year.connect();
+    DemoOptions o;
+    o.rows = rows;
+    o.from = QDate(2026, 1, 1);
+    o.to = QDate(2026, 12, 31);
+    DemoGenerator::standardYear(*db, o);
+}
+
 // True when anything of the working copy of `year` is left: a file of it
 // in the data folder, or a database of its name on the server.
 bool asideLeft(const ConnectionProfile &profile, const QString &year)
@@ -92,14 +103,7 @@ void TestNewYear::carriesEveryAccount()
     TESSEL_YEAR(year);
     QFETCH(bool, carryProfit);
     const QDate start(2026, 10, 1);
-    {
-        auto db = year.connect();
-        DemoOptions o;
-        o.rows = 1500;
-        o.from = QDate(2026, 1, 1);
-        o.to = QDate(2026, 12, 31);
-        DemoGenerator::standardYear(*db, o);
-    }
+    fillYear(year, 1500);
     auto old = year.connect();
     const int oldRows = count(*old, QStringLiteral("SELECT COUNT(*) FROM tblPartyBalance"));
     const int laterRows = count(*old, QStringLiteral("SELECT COUNT(*) FROM tblPartyBalance WHERE VDate >= ?"), {start});
@@ -240,14 +244,7 @@ void TestNewYear::failureLeavesNoYear()
 {
     TESSEL_YEAR(year);
     QFETCH(QString, failure);
-    {
-        auto db = year.connect();
-        DemoOptions o;
-        o.rows = 120;
-        o.from = QDate(2026, 1, 1);
-        o.to = QDate(2026, 12, 31);
-        DemoGenerator::standardYear(*db, o);
-    }
+    fillYear(year, 120);
     auto old = year.connect();
     const int oldRows = count(*old, QStringLiteral("SELECT COUNT(*) FROM tblPartyBalance"));
 
