@@ -836,10 +836,11 @@ void restoreYear(const ConnectionProfile &profile, const QString &file, const QS
 
 QString asideName(const ConnectionProfile &profile, const QString &year)
 {
-    // A "." is in no year's name: the embedded lists pass over the file,
-    // and the "~" keeps the server's list from it, as with a year being made.
-    const QString name = year + QStringLiteral(".closing");
-    return profile.isEmbedded() ? name : QLatin1Char('~') + name;
+    // A "." is in no year's name, so the embedded lists pass over the file
+    // and no other working name is the same. On a server the "~" keeps the
+    // list from it, as with a year being made, and the name stays within
+    // the server's 63 characters with the "~" of its own copy before it.
+    return profile.isEmbedded() ? year + QStringLiteral(".closing") : QStringLiteral("~.") + year;
 }
 
 QString copyYearAside(const ConnectionProfile &profile, const QString &from, const QString &to,
