@@ -13,6 +13,7 @@
 #include <QElapsedTimer>
 #include <QHash>
 #include <QMap>
+#include <QRegularExpression>
 #include <QSet>
 #include <algorithm>
 #include <limits>
@@ -711,15 +712,31 @@ void closedPeriod(SessionConnection &db, Faults &out)
         closings << Closing{r.integer(0), trimmed(r.text(1)) == QLatin1String("DELETE") ? QDate() : r.date(2)};
     QStringList ranges;
     QVariantList params{QStringLiteral("tblPartyBalance")};
+    // Rows changed to a date after the closing date, which may have been
+    // moved out of the closed period.
+    QStringList laterRanges;
+    QVariantList laterParams{QStringLiteral("tblPartyBalance"), QStringLiteral("%VDate=%")};
     for (int i = 0; i < closings.size(); ++i) {
         if (!closings.at(i).date.isValid())
             continue;
         const qint64 until = i + 1 < closings.size() ? closings.at(i + 1).from : std::numeric_limits<qint64>::max();
         ranges << QStringLiteral("(LogNo > ? AND LogNo < ? AND DocDate <= ?)");
         params << closings.at(i).from << until << closings.at(i).date;
+        laterRanges << QStringLiteral("(LogNo > ? AND LogNo < ? AND (DocDate > ? OR DocDate IS NULL))");
+        laterParams << closings.at(i).from << until << closings.at(i).date;
     }
     if (ranges.isEmpty())
         return;
+    auto closedAt = [&](qint64 logNo) {
+        QDate closed;
+        for (const Closing &c : closings)
+            if (c.from < logNo)
+                closed = c.date;
+        return closed;
+    };
+    auto rowsText = [](qint64 n) {
+        return n == 1 ? QStringLiteral("1 ledger row") : QStringLiteral("%1 ledger rows").arg(n);
+    };
     const QueryResult rows = db.select(
         QStringLiteral("SELECT DocType, DocNo, DocDate, Change, UserName, MIN(LogNo) AS FirstNo, MIN(LoggedAt) AS FirstAt, "
                        "COUNT(*) AS N FROM tblEditLog WHERE TableName = ? AND NOT (DocType = 'JV' AND DocNo = 0) "
@@ -728,20 +745,61 @@ void closedPeriod(SessionConnection &db, Faults &out)
         params);
     for (const Row &r : rows) {
         Fault f = Faults::voucher(Kind::Closed, r, 0);
-        const qint64 first = r.integer(5);
-        QDate closed;
-        for (const Closing &c : closings)
-            if (c.from < first)
-                closed = c.date;
+        const QDate closed = closedAt(r.integer(5));
         const QString change = trimmed(r.text(3));
         const QString did = change == QLatin1String("INSERT")   ? QStringLiteral("posted")
                             : change == QLatin1String("DELETE") ? QStringLiteral("removed")
                                                                 : QStringLiteral("changed");
         const qint64 n = r.integer(7);
         f.text = QStringLiteral("%1 %2 by %3 at %4, when the books were closed up to %5")
-                     .arg(n == 1 ? QStringLiteral("1 ledger row") : QStringLiteral("%1 ledger rows").arg(n))
+                     .arg(rowsText(n))
                      .arg(did, trimmed(r.text(4)), r.text(6), closed.toString(kDateFormat));
         out.add(std::move(f));
+    }
+
+    // A row moved out of the closed period: the log dates the change by
+    // the row's new date, and keeps its date before among the values
+    // before. The voucher is named where it stands now.
+    static const QRegularExpression dateBefore(QStringLiteral("(?:^|; )VDate=(\\d\\d/\\d\\d/\\d{4})"));
+    struct Moved
+    {
+        Fault fault;
+        qint64 rows = 0;
+    };
+    QVector<Moved> moved;
+    QHash<QString, int> movedIndex;
+    const QueryResult later = db.select(
+        QStringLiteral("SELECT DocType, DocNo, DocDate, UserName, LogNo, LoggedAt, ValuesBefore FROM tblEditLog "
+                       "WHERE TableName = ? AND Change = 'UPDATE' AND ValuesBefore LIKE ? "
+                       "AND NOT (DocType = 'JV' AND DocNo = 0) AND (%1) ORDER BY LogNo")
+            .arg(laterRanges.join(QStringLiteral(" OR "))),
+        laterParams);
+    for (const Row &r : later) {
+        const QRegularExpressionMatch found = dateBefore.match(r.text(6));
+        if (!found.hasMatch())
+            continue;
+        const QDate before = QDate::fromString(found.captured(1), kDateFormat);
+        const QDate closed = closedAt(r.integer(4));
+        if (!before.isValid() || !closed.isValid() || before > closed)
+            continue;
+        const QString user = trimmed(r.text(3));
+        const QString key = QStringList{trimmed(r.text(0)), r.text(1), r.text(2), user, found.captured(1),
+                                        closed.toString(Qt::ISODate)}
+                                .join(QLatin1Char('|'));
+        auto it = movedIndex.find(key);
+        if (it == movedIndex.end()) {
+            Moved entry{Faults::voucher(Kind::Closed, r, 0), 0};
+            entry.fault.text = QStringLiteral("moved out of the closed period from %1 by %2 at %3, when the books were "
+                                           "closed up to %4")
+                                .arg(before.toString(kDateFormat), user, r.text(5), closed.toString(kDateFormat));
+            it = movedIndex.insert(key, int(moved.size()));
+            moved.append(entry);
+        }
+        ++moved[*it].rows;
+    }
+    for (Moved &m : moved) {
+        m.fault.text = rowsText(m.rows) + QLatin1Char(' ') + m.fault.text;
+        out.add(std::move(m.fault));
     }
 }
 

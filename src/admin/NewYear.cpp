@@ -74,57 +74,75 @@ Result compare(SessionConnection &oldYear, SessionConnection &newYear, const QDa
     return out;
 }
 
+namespace {
+
+// The end-year steps on the copy under its working name, its closing date
+// and report period, and the comparison. Every connection to the copy is
+// closed on return.
+Outcome closeAside(const ConnectionProfile &profile, const QString &aside, const Request &r, Result &result,
+                   const Progress &progress)
+{
+    SessionConnection::OpenOptions options;
+    options.password = r.serverPassword;
+    auto next = SessionConnection::open(profile, aside, options);
+    const EndYear::Run run{r.start, kNoEnd, r.user, r.today};
+    QVector<EndYear::Step> steps{EndYear::Step::Accounts};
+    if (r.carryProfit)
+        steps << EndYear::Step::ProfitAndLoss;
+    for (const EndYear::StepInfo &s : EndYear::steps())
+        if (!s.table.isEmpty())
+            steps << s.step;
+    int done = 0;
+    for (EndYear::Step step : steps) {
+        report(progress, 60 + 30 * done++ / int(steps.size()), EndYear::info(step).caption);
+        const Outcome out = EndYear::runStep(*next, step, run);
+        if (!out)
+            return out;
+    }
+    {
+        Transaction tx(*next);
+        const Outcome closing = ClosingDate::set(*next, r.start.addDays(-1));
+        if (!closing)
+            return closing;
+        next->execute(QStringLiteral("UPDATE tblTLClientInfo SET SDate = ?, EDate = ?"),
+                      {r.start, r.start.addYears(1).addDays(-1)});
+        tx.commit();
+    }
+    report(progress, 92, QStringLiteral("Statistics"));
+    Schema::refreshStatistics(*next);
+    AccountYear::verifyWritten(*next);
+    report(progress, 95, QStringLiteral("Comparing the balances"));
+    auto old = SessionConnection::open(profile, r.fromYear, options);
+    result = compare(*old, *next, r.start);
+    return Outcome::passed();
+}
+
+} // namespace
+
 Outcome make(const ConnectionProfile &profile, const Request &r, Result &result, const Progress &progress)
 {
     const Outcome checked = check(r);
     if (!checked)
         return checked;
     report(progress, 0, QStringLiteral("Copying %1 to %2").arg(r.fromYear, r.toYear));
-    YearBackup::copyYear(profile, r.fromYear, r.toYear, r.serverPassword,
-                         [&](int percent, const QString &what) { report(progress, percent * 6 / 10, what); });
-    // From here a failure removes the half-made year.
+    // The copy is made and closed out of sight, and takes the new name only
+    // when every step has passed: no workstation logs on to a year half
+    // closed, and a failure leaves no year under the new name.
+    const QString aside = YearBackup::copyYearAside(profile, r.fromYear, r.toYear, r.serverPassword,
+                                                    [&](int percent, const QString &what) {
+                                                        report(progress, percent * 6 / 10, what);
+                                                    });
     try {
-        SessionConnection::OpenOptions options;
-        options.password = r.serverPassword;
-        auto next = SessionConnection::open(profile, r.toYear, options);
-        const EndYear::Run run{r.start, kNoEnd, r.user, r.today};
-        QVector<EndYear::Step> steps{EndYear::Step::Accounts};
-        if (r.carryProfit)
-            steps << EndYear::Step::ProfitAndLoss;
-        for (const EndYear::StepInfo &s : EndYear::steps())
-            if (!s.table.isEmpty())
-                steps << s.step;
-        int done = 0;
-        for (EndYear::Step step : steps) {
-            report(progress, 60 + 30 * done++ / int(steps.size()), EndYear::info(step).caption);
-            const Outcome out = EndYear::runStep(*next, step, run);
-            if (!out) {
-                next.reset();
-                AccountYear::drop(profile, r.toYear, r.serverPassword);
-                return out;
-            }
+        const Outcome out = closeAside(profile, aside, r, result, progress);
+        if (!out) {
+            YearBackup::dropYearAside(profile, r.toYear, r.serverPassword);
+            return out;
         }
-        {
-            Transaction tx(*next);
-            const Outcome closing = ClosingDate::set(*next, r.start.addDays(-1));
-            if (!closing) {
-                next.reset();
-                AccountYear::drop(profile, r.toYear, r.serverPassword);
-                return closing;
-            }
-            next->execute(QStringLiteral("UPDATE tblTLClientInfo SET SDate = ?, EDate = ?"),
-                          {r.start, r.start.addYears(1).addDays(-1)});
-            tx.commit();
-        }
-        report(progress, 92, QStringLiteral("Statistics"));
-        Schema::refreshStatistics(*next);
-        AccountYear::verifyWritten(*next);
-        report(progress, 95, QStringLiteral("Comparing the balances"));
-        auto old = SessionConnection::open(profile, r.fromYear, options);
-        result = compare(*old, *next, r.start);
+        report(progress, 98, QStringLiteral("Naming the new year"));
+        YearBackup::finishYearAside(profile, r.toYear, r.serverPassword);
     } catch (...) {
         try {
-            AccountYear::drop(profile, r.toYear, r.serverPassword);
+            YearBackup::dropYearAside(profile, r.toYear, r.serverPassword);
         } catch (...) {
         }
         throw;

@@ -60,9 +60,12 @@ Outcome check(const Request &request);
 // Makes the new year: the copy, the accounts step (and the profit-and-loss
 // step when asked) and every table step with nothing cut after the first
 // day, the closing date set to the day before it and the report period to
-// its twelve months; then the comparison into `result`. A refusal or a
-// failure leaves no new year behind. Throws AccountYear::Error (the copy
-// refused, a year of that name exists) or DbError.
+// its twelve months; then the comparison into `result`. All of it is done
+// on the copy under a working name no workstation lists, and the copy takes
+// the new name only when every step has passed. A refusal or a failure
+// leaves no new year behind, nor the copy. Throws AccountYear::Error (the
+// copy refused, a year of that name exists, the copy opened by another
+// connection meanwhile) or DbError.
 Outcome make(const ConnectionProfile &profile, const Request &request, Result &result,
              const Progress &progress = {});
 

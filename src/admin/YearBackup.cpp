@@ -201,6 +201,19 @@ void sqliteCopy(const QString &source, const QString &dest, const Progress &prog
     dst.exec("PRAGMA journal_mode=DELETE");
 }
 
+// A new file `work`, readable by its owner only, made a copy of the year
+// or backup `source`.
+void copyIntoNewFile(const QString &source, const QString &work, const Progress &progress, const QString &what)
+{
+    {
+        QFile f(work);
+        if (!f.open(QIODevice::WriteOnly))
+            throw Error(QStringLiteral("The file %1 cannot be written.").arg(native(work)));
+    }
+    AccountYear::restrictToOwner(work);
+    sqliteCopy(source, work, progress, what);
+}
+
 // A file that holds an account year: the tables every year has, and a
 // database that passes the store's integrity check.
 void checkEmbeddedYear(const QString &path, const QString &shownName)
@@ -661,13 +674,7 @@ void copyYear(const ConnectionProfile &profile, const QString &from, const QStri
         const QString work = yearFile(profile, to + QStringLiteral(".creating"));
         removeYearFiles(work);
         try {
-            {
-                QFile f(work);
-                if (!f.open(QIODevice::WriteOnly))
-                    throw Error(QStringLiteral("The file %1 cannot be written.").arg(native(work)));
-            }
-            AccountYear::restrictToOwner(work);
-            sqliteCopy(source, work, progress, what);
+            copyIntoNewFile(source, work, progress, what);
             if (!QFile::rename(work, target)) {
                 if (QFileInfo::exists(target))
                     throw alreadyThere(to);
@@ -744,13 +751,7 @@ void restoreYear(const ConnectionProfile &profile, const QString &file, const QS
         const QString work = yearFile(profile, workName);
         removeYearFiles(work);
         try {
-            {
-                QFile f(work);
-                if (!f.open(QIODevice::WriteOnly))
-                    throw Error(QStringLiteral("The file %1 cannot be written.").arg(native(work)));
-            }
-            AccountYear::restrictToOwner(work);
-            sqliteCopy(file, work, share(progress, 0, 80), what);
+            copyIntoNewFile(file, work, share(progress, 0, 80), what);
             say(progress, 80, QStringLiteral("Checking the restored year"));
             checkEmbeddedYear(work, file);
             checkStamp(nullptr, profile, workName);
@@ -831,6 +832,99 @@ void restoreYear(const ConnectionProfile &profile, const QString &file, const QS
         throw;
     }
     say(progress, 100, what);
+}
+
+QString asideName(const ConnectionProfile &profile, const QString &year)
+{
+    // A "." is in no year's name, so the embedded lists pass over the file
+    // and no other working name is the same. On a server the "~" keeps the
+    // list from it, as with a year being made, and the name stays within
+    // the server's 63 characters with the "~" of its own copy before it.
+    return profile.isEmbedded() ? year + QStringLiteral(".closing") : QStringLiteral("~.") + year;
+}
+
+QString copyYearAside(const ConnectionProfile &profile, const QString &from, const QString &to,
+                      const QString &serverPassword, const Progress &progress)
+{
+    checkName(from);
+    checkName(to);
+    const QString aside = asideName(profile, to);
+    const QString what = QStringLiteral("Copying %1 into %2").arg(from, to);
+    if (profile.isEmbedded()) {
+        const QString source = yearFile(profile, from);
+        if (!QFileInfo::exists(source))
+            throw notFound(from);
+        if (QFileInfo::exists(yearFile(profile, to)))
+            throw alreadyThere(to);
+        const QString work = yearFile(profile, aside);
+        removeYearFiles(work);
+        try {
+            copyIntoNewFile(source, work, progress, what);
+        } catch (...) {
+            removeYearFiles(work);
+            throw;
+        }
+        return aside;
+    }
+
+    Server server(profile, serverPassword);
+    if (!server.exists(from))
+        throw notFound(from);
+    if (server.exists(to))
+        throw alreadyThere(to);
+    say(progress, 0, what);
+    server.drop(aside); // left by a new year that was cut off
+    if (server.inUse(from) || !copyByTemplate(server, from, aside))
+        copyByDump(server, from, aside, progress, what);
+    say(progress, 100, what);
+    return aside;
+}
+
+void finishYearAside(const ConnectionProfile &profile, const QString &to, const QString &serverPassword)
+{
+    checkName(to);
+    const QString aside = asideName(profile, to);
+    if (profile.isEmbedded()) {
+        const QString work = yearFile(profile, aside);
+        const QString target = yearFile(profile, to);
+        // Every connection to the copy is closed, so its write-ahead file
+        // holds nothing the year needs; the year goes without it.
+        if (QFileInfo(work + QStringLiteral("-wal")).size() > 0)
+            throw Error(QStringLiteral("The account year %1 could not be written out in full.").arg(to));
+        if (QFileInfo::exists(target))
+            throw alreadyThere(to);
+        for (const QString &suffix : {QStringLiteral("-wal"), QStringLiteral("-shm"), QStringLiteral("-journal")})
+            QFile::remove(work + suffix);
+        if (!QFile::rename(work, target)) {
+            if (QFileInfo::exists(target))
+                throw alreadyThere(to);
+            throw Error(QStringLiteral("The file %1 cannot be written.").arg(native(target)));
+        }
+        return;
+    }
+    Server server(profile, serverPassword);
+    // Sessions of this workstation that have just closed stay listed for a
+    // moment; anyone else still connected after that is refused.
+    QDeadlineTimer patience(5000);
+    while (server.inUse(aside)) {
+        if (patience.hasExpired())
+            throw Error(QStringLiteral("The new year %1 was opened by another connection while it was being "
+                                       "made, so it has not been made.").arg(to));
+        QThread::msleep(100);
+    }
+    server.finish(aside, to, false);
+}
+
+void dropYearAside(const ConnectionProfile &profile, const QString &to, const QString &serverPassword)
+{
+    checkName(to);
+    const QString aside = asideName(profile, to);
+    if (profile.isEmbedded()) {
+        removeYearFiles(yearFile(profile, aside));
+        return;
+    }
+    Server server(profile, serverPassword);
+    server.drop(aside);
 }
 
 QString dialogTitle(const QString &year) { return QStringLiteral("%1 (BACKUP) *AVOID SPACE IN BACKUP NAME").arg(year); }

@@ -27,6 +27,18 @@ using Progress = std::function<void(int percent, const QString &what)>;
 void copyYear(const ConnectionProfile &profile, const QString &from, const QString &to,
               const QString &serverPassword = QString(), const Progress &progress = {});
 
+// A copy of a year made out of sight, for work to be done on it before any
+// workstation may log on to it: copyYearAside() makes the copy of `from`
+// under asideName(to), which no year list shows, with the refusals of
+// copyYear(); finishYearAside() gives it the name `to` once every
+// connection to it is closed, refusing while another is open or when a
+// year of that name has appeared meanwhile; dropYearAside() removes it.
+QString asideName(const ConnectionProfile &profile, const QString &year);
+QString copyYearAside(const ConnectionProfile &profile, const QString &from, const QString &to,
+                      const QString &serverPassword = QString(), const Progress &progress = {});
+void finishYearAside(const ConnectionProfile &profile, const QString &to, const QString &serverPassword = QString());
+void dropYearAside(const ConnectionProfile &profile, const QString &to, const QString &serverPassword = QString());
+
 // Writes a full backup of `year` into `file` (a path this workstation
 // sees). An existing file is refused unless `replaceFile` is set (the
 // save dialogue has asked). The file is readable by its owner only.

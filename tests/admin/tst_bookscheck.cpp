@@ -67,6 +67,18 @@ Row journalDebit(SessionConnection &db)
 // them, so that only the planted fault stands.
 void keepUp(SessionConnection &db) { Schema::rebuildKeptBalances(db); }
 
+// The books closed up to the end of March, by a change the log keeps, and
+// a journal voucher (not an opening balance) dated before then: its number
+// and date.
+Row closeMarchWithJournal(SessionConnection &db)
+{
+    const QDate closing(2026, 3, 31);
+    db.execute(QStringLiteral("UPDATE tblClosingDate SET ClosingDate = ?"), {closing});
+    return one(db, QStringLiteral("SELECT VoucherNo, VDate FROM tblPartyBalance WHERE VoucherType = 'JV' "
+                                  "AND VoucherNo > 0 AND VDate <= ? ORDER BY VDate DESC, VoucherNo"),
+               {closing});
+}
+
 const QMap<QString, Plant> &plants()
 {
     static const QMap<QString, Plant> all = {
@@ -187,6 +199,21 @@ const QMap<QString, Plant> &plants()
              db.execute(sql, {no, closing, QStringLiteral("19-10-001"), 0, 50, -50});
              keepUp(db);
              return Planted{Kind::Closed, QStringLiteral("JV"), no, closing, QString()};
+         }},
+        {QStringLiteral("voucher moved out of the closed period"), [](SessionConnection &db) {
+             const Row jv = closeMarchWithJournal(db);
+             const QDate later(2026, 5, 20);
+             db.execute(QStringLiteral("UPDATE tblPartyBalance SET VDate = ? WHERE VoucherType = 'JV' AND VoucherNo = ?"),
+                        {later, jv.integer(0)});
+             keepUp(db);
+             return Planted{Kind::Closed, QStringLiteral("JV"), jv.integer(0), later, QString()};
+         }},
+        {QStringLiteral("voucher removed from the closed period"), [](SessionConnection &db) {
+             const Row jv = closeMarchWithJournal(db);
+             db.execute(QStringLiteral("DELETE FROM tblPartyBalance WHERE VoucherType = 'JV' AND VoucherNo = ?"),
+                        {jv.integer(0)});
+             keepUp(db);
+             return Planted{Kind::Closed, QStringLiteral("JV"), jv.integer(0), jv.date(1), QString()};
          }},
         {QStringLiteral("lines left in staging"), [](SessionConnection &db) {
              db.execute(QStringLiteral("INSERT INTO tblPartyBalanceEmpty (SrNo, VoucherType, VoucherNo, VDate, PartyCode, "

@@ -5,7 +5,9 @@
 
 #include "admin/BooksCheck.h"
 #include "admin/ClosingDate.h"
+#include "admin/EndYear.h"
 #include "admin/NewYear.h"
+#include "admin/YearBackup.h"
 #include "foundation/AccountYear.h"
 #include "vouchers/DemoGenerator.h"
 #include "vouchers/LedgerCheck.h"
@@ -42,6 +44,28 @@ QMap<QString, Money> rowBalances(SessionConnection &db, const QDate &day)
     return out;
 }
 
+// A demonstration year of `rows` ledger rows over 2026.
+void fillYear(const TestDb::Year &year, qint64 rows)
+{
+    auto db = year.connect();
+    DemoOptions o;
+    o.rows = rows;
+    o.from = QDate(2026, 1, 1);
+    o.to = QDate(2026, 12, 31);
+    DemoGenerator::standardYear(*db, o);
+}
+
+// True when anything of the working copy of `year` is left: a file of it
+// in the data folder, or a database of its name on the server.
+bool asideLeft(const ConnectionProfile &profile, const QString &year)
+{
+    const QString aside = YearBackup::asideName(profile, year);
+    if (profile.isEmbedded())
+        return !QDir(profile.dataDir).entryList({aside + QStringLiteral("*")}, QDir::Files).isEmpty();
+    auto admin = SessionConnection::openMaintenance(profile);
+    return count(*admin, QStringLiteral("SELECT COUNT(*) FROM pg_database WHERE datname = ?"), {aside}) > 0;
+}
+
 const QStringList kTables = {QStringLiteral("tblInvoice"),        QStringLiteral("tblDeliveryChallan"),
                              QStringLiteral("tblPurchaseOrder"),  QStringLiteral("tblPurchaseStock"),
                              QStringLiteral("tblPostDatedCheque"), QStringLiteral("tblEmployeeSalary")};
@@ -56,6 +80,8 @@ class TestNewYear : public QObject
 private Q_SLOTS:
     void carriesEveryAccount_data();
     void carriesEveryAccount();
+    void failureLeavesNoYear_data();
+    void failureLeavesNoYear();
     void refusals_data() { TestDb::addBackends(); }
     void refusals();
     void proposedName_data();
@@ -77,14 +103,7 @@ void TestNewYear::carriesEveryAccount()
     TESSEL_YEAR(year);
     QFETCH(bool, carryProfit);
     const QDate start(2026, 10, 1);
-    {
-        auto db = year.connect();
-        DemoOptions o;
-        o.rows = 1500;
-        o.from = QDate(2026, 1, 1);
-        o.to = QDate(2026, 12, 31);
-        DemoGenerator::standardYear(*db, o);
-    }
+    fillYear(year, 1500);
     auto old = year.connect();
     const int oldRows = count(*old, QStringLiteral("SELECT COUNT(*) FROM tblPartyBalance"));
     const int laterRows = count(*old, QStringLiteral("SELECT COUNT(*) FROM tblPartyBalance WHERE VDate >= ?"), {start});
@@ -103,9 +122,26 @@ void TestNewYear::carriesEveryAccount()
     DropAtEnd dropNew{year.profile(), r.toYear};
     NewYear::Result result;
     QVector<int> percents;
-    const Outcome out = NewYear::make(year.profile(), r, result, [&](int p, const QString &) { percents << p; });
+    // While the steps run, the copy is at work out of sight: the year
+    // lists show the old year and not the new one.
+    QStringList listedWhileClosing;
+    int looked = 0;
+    const Outcome out = NewYear::make(year.profile(), r, result, [&](int p, const QString &) {
+        percents << p;
+        if (p >= 60 && p < 98) {
+            const QStringList years = AccountYear::list(year.profile());
+            QVERIFY(years.contains(year.name()));
+            ++looked;
+            if (years.contains(r.toYear) || AccountYear::exists(year.profile(), r.toYear))
+                listedWhileClosing << QString::number(p);
+        }
+    });
     QVERIFY2(out.ok, qPrintable(out.message));
     QVERIFY(!percents.isEmpty() && percents.last() == 100);
+    QVERIFY(looked > 5);
+    QVERIFY2(listedWhileClosing.isEmpty(), qPrintable(listedWhileClosing.join(QLatin1Char(' '))));
+    QVERIFY(AccountYear::list(year.profile()).contains(r.toYear));
+    QVERIFY(!asideLeft(year.profile(), r.toYear));
     auto next = SessionConnection::open(year.profile(), r.toYear);
 
     // The old year stays whole.
@@ -186,6 +222,85 @@ void TestNewYear::carriesEveryAccount()
     const NewYear::Result again = NewYear::compare(*old, *next, start);
     QCOMPARE(again.differences, result.differences);
     QCOMPARE(again.closingTotal, Money());
+}
+
+void TestNewYear::failureLeavesNoYear_data()
+{
+    QTest::addColumn<QString>("backend");
+    QTest::addColumn<QString>("failure");
+    for (const char *backend : {"sqlite", "postgres"}) {
+        QTest::addRow("%s a step refuses", backend) << QString::fromLatin1(backend) << "refusal";
+        QTest::addRow("%s a step fails", backend) << QString::fromLatin1(backend) << "failure";
+        QTest::addRow("%s a statement fails", backend) << QString::fromLatin1(backend) << "closing";
+    }
+    // Another connection to the copy while it is made: the server will not
+    // give it its name. (A file has no such guard.)
+    QTest::addRow("postgres opened elsewhere") << "postgres" << "elsewhere";
+}
+
+// A new year whose making fails at any point after the copy leaves no year
+// of the new name and no working copy, and the old year as it was.
+void TestNewYear::failureLeavesNoYear()
+{
+    TESSEL_YEAR(year);
+    QFETCH(QString, failure);
+    fillYear(year, 120);
+    auto old = year.connect();
+    const int oldRows = count(*old, QStringLiteral("SELECT COUNT(*) FROM tblPartyBalance"));
+
+    NewYear::Request r;
+    r.fromYear = year.name();
+    r.toYear = TestDb::uniqueName();
+    r.start = QDate(2026, 7, 1);
+    r.user = QStringLiteral("ADMIN");
+    r.today = QDate(2026, 7, 2);
+    DropAtEnd dropNew{year.profile(), r.toYear};
+    const QString aside = YearBackup::asideName(year.profile(), r.toYear);
+    std::unique_ptr<SessionConnection> held;
+    bool planted = false;
+    auto plant = [&](const QString &what) {
+        if (planted)
+            return;
+        if (failure == QLatin1String("refusal") && what == EndYear::info(EndYear::Step::Accounts).caption) {
+            // Kept balances that differ from the rows: the ledger step refuses.
+            auto copy = SessionConnection::open(year.profile(), aside);
+            copy->execute(QStringLiteral("UPDATE tblAccountMonthBalance SET BalanceCents = BalanceCents + 100"));
+        } else if (failure == QLatin1String("failure") && what == EndYear::info(EndYear::Step::Sale).caption) {
+            planted = true;
+            throw AccountYear::Error(QStringLiteral("planted"));
+        } else if (failure == QLatin1String("closing") && what == EndYear::info(EndYear::Step::Stock).caption) {
+            // A closing date the copy cannot take: the table is gone.
+            auto copy = SessionConnection::open(year.profile(), aside);
+            copy->execute(QStringLiteral("DROP TABLE tblClosingDate"));
+        } else if (failure == QLatin1String("elsewhere") && what == QLatin1String("Comparing the balances")) {
+            held = SessionConnection::open(year.profile(), aside);
+        } else {
+            return;
+        }
+        planted = true;
+    };
+    NewYear::Result result;
+    bool thrown = false;
+    QString thrownMessage;
+    Outcome out;
+    try {
+        out = NewYear::make(year.profile(), r, result, [&](int, const QString &what) { plant(what); });
+    } catch (const AccountYear::Error &e) {
+        thrown = true;
+        thrownMessage = e.message();
+    } catch (const DbError &) {
+        thrown = true;
+    }
+    held.reset();
+    QVERIFY(planted);
+    QVERIFY(thrown || !out.ok);
+    if (failure == QLatin1String("refusal"))
+        QCOMPARE(out.message, EndYear::Msg::keptBalancesDiffer());
+    if (failure == QLatin1String("elsewhere"))
+        QVERIFY2(thrownMessage.contains(QLatin1String("another connection")), qPrintable(thrownMessage));
+    QVERIFY(!AccountYear::exists(year.profile(), r.toYear));
+    QVERIFY(!asideLeft(year.profile(), r.toYear));
+    QCOMPARE(count(*old, QStringLiteral("SELECT COUNT(*) FROM tblPartyBalance")), oldRows);
 }
 
 void TestNewYear::refusals()
