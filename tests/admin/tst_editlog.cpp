@@ -231,9 +231,10 @@ void TestEditLog::everyLoggedTableLogs()
             continue; // the closing date, below
         const int before = logRows(*db);
         Transaction tx(*db);
-        db->execute(QStringLiteral("INSERT INTO %1 (%2) VALUES ('A')").arg(t.table, text));
-        db->execute(QStringLiteral("UPDATE %1 SET %2 = 'B' WHERE %2 = 'A'").arg(t.table, text));
-        db->execute(QStringLiteral("DELETE FROM %1 WHERE %2 = 'B'").arg(t.table, text));
+        const QString a = QStringLiteral("A"), b = QStringLiteral("B");
+        db->execute(QStringLiteral("INSERT INTO %1 (%2) VALUES (?)").arg(t.table, text), {a});
+        db->execute(QStringLiteral("UPDATE %1 SET %2 = ? WHERE %2 = ?").arg(t.table, text), {b, a});
+        db->execute(QStringLiteral("DELETE FROM %1 WHERE %2 = ?").arg(t.table, text), {b});
         tx.commit();
         const auto rows = db->select(QStringLiteral("SELECT Change, What, ValuesBefore, ValuesAfter FROM tblEditLog "
                                                     "WHERE TableName = ? AND LogNo > (SELECT MAX(LogNo) - 3 FROM tblEditLog) "

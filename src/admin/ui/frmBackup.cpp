@@ -77,15 +77,8 @@ frmBackup::frmBackup(QWidget *parent)
     txtFileName = addLineEdit(QStringLiteral("txtFileName"), QStringLiteral("BACKUP FILE"));
     txtFileName->setMinimumWidth(420);
     EnterToTab::attach(txtFileName);
-    cmdBrowse = ScreenBuild::button(detailFrame(), QStringLiteral("cmdBrowse"), QStringLiteral("&BROWSE..."));
-    int row = 0, col = 0, rowSpan = 0, colSpan = 0;
-    detailLayout()->getItemPosition(detailLayout()->indexOf(txtFileName), &row, &col, &rowSpan, &colSpan);
-    detailLayout()->addWidget(cmdBrowse, row, col + 1);
-    prgBackup = new QProgressBar(detailFrame());
-    prgBackup->setObjectName(QStringLiteral("prgBackup"));
-    prgBackup->setRange(0, 100);
-    prgBackup->setValue(0);
-    addRow(QStringLiteral("PROGRESS"), prgBackup);
+    cmdBrowse = addButtonBeside(txtFileName, QStringLiteral("cmdBrowse"), QStringLiteral("&BROWSE..."));
+    prgBackup = addProgressBar(QStringLiteral("prgBackup"), QStringLiteral("PROGRESS"));
     lblProgress = addLabel(QStringLiteral("lblProgress"), QString());
     packFields();
 

@@ -117,6 +117,21 @@ void frmEndYearProcessing::showProgress(int value, int maximum)
     QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
 }
 
+bool frmEndYearProcessing::runWithBar(QPushButton *button, const Outcome &out, const std::function<void()> &work)
+{
+    button->setEnabled(false);
+    pgbEndYear->setValue(0);
+    pgbEndYear->show();
+    lblLoading->show();
+    const bool ran = runSafely(this, work);
+    button->setEnabled(true);
+    pgbEndYear->hide();
+    lblLoading->hide();
+    if (!ran)
+        return false;
+    return out.ok || refuse(out);
+}
+
 void frmEndYearProcessing::runStep(EndYear::Step step)
 {
     const EndYear::Run run{mskDateFrom->date(), mskDateTo->date(), session().currentUserName,
@@ -125,24 +140,11 @@ void frmEndYearProcessing::runStep(EndYear::Step step)
         return;
     session().periodFrom = run.from;
     session().periodTo = run.to;
-    QPushButton *button = m_buttons.value(step);
-    button->setEnabled(false);
-    pgbEndYear->setValue(0);
-    pgbEndYear->show();
-    lblLoading->show();
     Outcome out;
-    const bool ran = runSafely(this, [&] {
-        out = EndYear::runStep(session().db(), step, run, [this](int v, int m) { showProgress(v, m); });
-    });
-    button->setEnabled(true);
-    pgbEndYear->hide();
-    lblLoading->hide();
-    if (!ran)
+    if (!runWithBar(m_buttons.value(step), out, [&] {
+            out = EndYear::runStep(session().db(), step, run, [this](int v, int m) { showProgress(v, m); });
+        }))
         return;
-    if (!out.ok) {
-        refuse(out);
-        return;
-    }
     MessageService::information(this, out.message);
 }
 
@@ -179,29 +181,17 @@ void frmEndYearProcessing::makeNewYear()
                                  "carried; %2 stays as it is. Are you sure?")
                       .arg(r.toYear, r.fromYear, r.start.toString(QStringLiteral("dd/MM/yyyy")))))
         return;
-    cmdNewYear->setEnabled(false);
-    pgbEndYear->setValue(0);
-    pgbEndYear->show();
-    lblLoading->show();
     NewYear::Result result;
     Outcome out;
-    const bool ran = runSafely(this, [&] {
-        try {
-            out = NewYear::make(session().db().profile(), r, result,
-                                [this](int percent, const QString &) { showProgress(percent, 100); });
-        } catch (const AccountYear::Error &e) {
-            out = Outcome::refusal(e.message(), QStringLiteral("txtNewYear"));
-        }
-    });
-    cmdNewYear->setEnabled(true);
-    pgbEndYear->hide();
-    lblLoading->hide();
-    if (!ran)
+    if (!runWithBar(cmdNewYear, out, [&] {
+            try {
+                out = NewYear::make(session().db().profile(), r, result,
+                                    [this](int percent, const QString &) { showProgress(percent, 100); });
+            } catch (const AccountYear::Error &e) {
+                out = Outcome::refusal(e.message(), QStringLiteral("txtNewYear"));
+            }
+        }))
         return;
-    if (!out.ok) {
-        refuse(out);
-        return;
-    }
     showCarry(result);
     MessageService::information(this, out.message);
 }

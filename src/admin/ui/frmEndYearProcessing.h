@@ -54,6 +54,9 @@ private:
     bool checkPeriod();
     void runStep(EndYear::Step step);
     void showProgress(int value, int maximum);
+    // Runs `work` (which sets `out`) with the bar showing and `button`
+    // off; true when it ran and `out` is no refusal (a refusal is said).
+    bool runWithBar(QPushButton *button, const Outcome &out, const std::function<void()> &work);
     bool checkNewYear();
     void makeNewYear();
     void showCarry(const NewYear::Result &result);

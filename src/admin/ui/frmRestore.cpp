@@ -35,17 +35,10 @@ frmRestore::frmRestore(QWidget *parent)
     txtFileName = addLineEdit(QStringLiteral("txtFileName"), QStringLiteral("BACKUP FILE"));
     txtFileName->setMinimumWidth(420);
     EnterToTab::attach(txtFileName);
-    cmdBrowse = ScreenBuild::button(detailFrame(), QStringLiteral("cmdBrowse"), QStringLiteral("&BROWSE..."));
-    int row = 0, col = 0, rowSpan = 0, colSpan = 0;
-    detailLayout()->getItemPosition(detailLayout()->indexOf(txtFileName), &row, &col, &rowSpan, &colSpan);
-    detailLayout()->addWidget(cmdBrowse, row, col + 1);
+    cmdBrowse = addButtonBeside(txtFileName, QStringLiteral("cmdBrowse"), QStringLiteral("&BROWSE..."));
     txtYearName = addLineEdit(QStringLiteral("txtYearName"), QStringLiteral("INTO ACCOUNT YEAR"));
     EnterToTab::attach(txtYearName);
-    prgRestore = new QProgressBar(detailFrame());
-    prgRestore->setObjectName(QStringLiteral("prgRestore"));
-    prgRestore->setRange(0, 100);
-    prgRestore->setValue(0);
-    addRow(QStringLiteral("PROGRESS"), prgRestore);
+    prgRestore = addProgressBar(QStringLiteral("prgRestore"), QStringLiteral("PROGRESS"));
     lblProgress = addLabel(QStringLiteral("lblProgress"), QString());
     packFields();
 

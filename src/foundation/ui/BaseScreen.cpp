@@ -6,6 +6,7 @@
 #include "foundation/ui/FieldStyle.h"
 #include "foundation/ui/MaskedLineEdit.h"
 #include "foundation/ui/QueryTableModel.h"
+#include "foundation/ui/ScreenBuild.h"
 
 #include <QComboBox>
 #include <QGridLayout>
@@ -15,6 +16,7 @@
 #include <QLineEdit>
 #include <QMdiArea>
 #include <QMdiSubWindow>
+#include <QProgressBar>
 #include <QPushButton>
 #include <QStyle>
 #include <QTableView>
@@ -169,6 +171,25 @@ QLineEdit *BaseScreen::addLineEdit(const QString &objectName, const QString &lab
     e->setObjectName(objectName);
     addRow(label, e, column);
     return e;
+}
+
+QProgressBar *BaseScreen::addProgressBar(const QString &objectName, const QString &label, int column)
+{
+    auto *bar = new QProgressBar(frDetail);
+    bar->setObjectName(objectName);
+    bar->setRange(0, 100);
+    bar->setValue(0);
+    addRow(label, bar, column);
+    return bar;
+}
+
+QPushButton *BaseScreen::addButtonBeside(QWidget *field, const QString &objectName, const QString &caption)
+{
+    QPushButton *button = ScreenBuild::button(frDetail, objectName, caption);
+    int row = 0, col = 0, rowSpan = 0, colSpan = 0;
+    detailLayout()->getItemPosition(detailLayout()->indexOf(field), &row, &col, &rowSpan, &colSpan);
+    detailLayout()->addWidget(button, row, col + 1);
+    return button;
 }
 
 MaskedLineEdit *BaseScreen::addMaskedEdit(const QString &objectName, const QString &label, const QString &mask,

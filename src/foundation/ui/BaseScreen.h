@@ -14,6 +14,7 @@ class QGridLayout;
 class QHBoxLayout;
 class QLabel;
 class QLineEdit;
+class QProgressBar;
 class QPushButton;
 class QTableView;
 class QToolButton;
@@ -62,6 +63,11 @@ public:
     QLabel *addLabel(const QString &objectName, const QString &text, int column = 0);
     // Any widget with its label ("" for none); returns the widget.
     QWidget *addRow(const QString &label, QWidget *field, int column = 0);
+    // A progress bar from 0 to 100, at 0, with its label.
+    QProgressBar *addProgressBar(const QString &objectName, const QString &label, int column = 0);
+    // A button on the row of `field`, just right of it (BROWSE... beside
+    // a file name).
+    QPushButton *addButtonBeside(QWidget *field, const QString &objectName, const QString &caption);
     // A grid over the full width below the fields.
     QTableView *addGrid(const QString &objectName);
     // A button in frButton; the caption may carry "&" for Alt.
